@@ -1,0 +1,31 @@
+#!/usr/bin/env python3
+"""Checks the dynamic symbol table of libvarnice.so: the public classes and C
+functions are exported, internal helpers are not."""
+import subprocess
+import sys
+
+MUST_EXPORT = [
+    "VarniceVersionString",
+    "UnicodeLibrary::VersionString",
+    "qz_exception::what",
+]
+# Namespaces and prefixes that hold implementation details only.
+MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_"]
+
+
+def main() -> int:
+    out = subprocess.run(["nm", "-D", "--defined-only", "-C", sys.argv[1]],
+                         check=True, capture_output=True, text=True).stdout
+    names = [line.split(" ", 2)[-1] for line in out.splitlines() if line.strip()]
+    failures = [f"missing export: {m}" for m in MUST_EXPORT
+                if not any(m in n for n in names)]
+    failures += [f"internal symbol exported: {n}" for n in names
+                 if any(p in n for p in MUST_NOT_EXPORT)]
+    for f in failures:
+        print(f)
+    print(f"{len(names)} exported symbols checked")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
