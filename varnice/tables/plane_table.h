@@ -1,0 +1,37 @@
+// PlaneTable: a Table over 256 planes of 256 values, indexed by the high and
+// low byte of the key. Constant-time lookups; suited to dense, scattered data.
+#ifndef VARNICE_TABLES_PLANE_TABLE_H_
+#define VARNICE_TABLES_PLANE_TABLE_H_
+
+#include "varnice/tables/stored_value.h"
+#include "varnice/tables/table.h"
+#include "varnice/varnice_export.h"
+
+template <class K, class V>
+class PlaneTable : public virtual Table<K, V> {
+ public:
+  using StoredValue = varnice::internal::StoredT<V>;
+
+  // planes: 256 plane pointers, null for a plane whose values are all missing.
+  // Not owned.
+  PlaneTable(V missing, StoredValue const* const* planes);
+
+  bool LookupUnsignedLong(K key, unsigned long& value) const override;
+  ~PlaneTable() override;
+  bool Lookup(K key, V& value) const override;
+  V LookupWithDefault(K key) const override;
+  // Both scan to the first (last) present plane and then within it. If that
+  // plane holds only missing values the result is the plane number itself,
+  // not shifted; this long-standing answer is kept. 0 when no plane exists.
+  K SmallestIndex() const override;
+  K LargestIndex() const override;
+  V GetMissingValue() const override;
+
+ private:
+  V missing_;
+  StoredValue const* const* planes_;
+};
+
+extern template class VARNICE_API PlaneTable<unsigned short, unsigned long>;
+
+#endif  // VARNICE_TABLES_PLANE_TABLE_H_

@@ -1,0 +1,38 @@
+// RangeTable: a Table over a dense array of values for the keys base ..
+// base + count - 1. Constant-time lookups.
+#ifndef VARNICE_TABLES_RANGE_TABLE_H_
+#define VARNICE_TABLES_RANGE_TABLE_H_
+
+#include <cstdint>
+
+#include "varnice/tables/stored_value.h"
+#include "varnice/tables/table.h"
+#include "varnice/varnice_export.h"
+
+template <class K, class V>
+class RangeTable : public virtual Table<K, V> {
+ public:
+  using StoredValue = varnice::internal::StoredT<V>;
+
+  // values: count values for the keys from base on, not owned.
+  RangeTable(V missing, K base, long count, StoredValue const* values);
+
+  bool LookupUnsignedLong(K key, unsigned long& value) const override;
+  ~RangeTable() override;
+  bool Lookup(K key, V& value) const override;
+  V LookupWithDefault(K key) const override;
+  // The first (last) key whose value is not missing; 0 if there is none.
+  K SmallestIndex() const override;
+  K LargestIndex() const override;
+  V GetMissingValue() const override;
+
+ private:
+  V missing_;
+  K base_;
+  std::int32_t count_;
+  StoredValue const* values_;
+};
+
+extern template class VARNICE_API RangeTable<unsigned short, unsigned long>;
+
+#endif  // VARNICE_TABLES_RANGE_TABLE_H_
