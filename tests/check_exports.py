@@ -8,6 +8,13 @@ MUST_EXPORT = [
     "VarniceVersionString",
     "UnicodeLibrary::VersionString",
     "qz_exception::what",
+    "ChunkTableLookup(ChunkTableEntryUSL const*",
+    "vtable for PlaneTable<unsigned short, unsigned long>",
+    "GapTable<unsigned short, unsigned long>::Lookup(",
+    "Compander::CompandByte(",
+    "sjis_compander_table",
+    "FiniteStateMachine<unsigned char, unsigned long>::DistinguishCharacters(",
+    "SimpleFiniteStateMachine<unsigned char, unsigned short>::AddState(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_"]
