@@ -1,6 +1,6 @@
 // How a value type is held in stored tables. 32-bit values are kept in 32 bits
-// even though long is wider here, so the record and array layouts of the
-// constant data stay as compact as they are specified.
+// even though long is wider here, so that the records and arrays of the
+// constant data keep their fixed, compact layouts.
 #ifndef VARNICE_TABLES_STORED_VALUE_H_
 #define VARNICE_TABLES_STORED_VALUE_H_
 
