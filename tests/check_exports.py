@@ -8,6 +8,9 @@ MUST_EXPORT = [
     "VarniceVersionString",
     "UnicodeLibrary::VersionString",
     "qz_exception::what",
+    "qz_string::c_str() const",
+    "qz_wstring::c_str() const",
+    "operator+(qz_string const&, qz_string const&)",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_"]
