@@ -4,7 +4,6 @@
 using size_type = qz_string::size_type;
 using Impl = varnice::internal::BasicQzString<char>;
 
-qz_string::qz_string() noexcept = default;
 qz_string::qz_string(const qz_string& other) noexcept = default;
 qz_string::qz_string(qz_string&& other) noexcept = default;
 qz_string::qz_string(const char* s) : s_(s, Impl::length_of(s)) {}

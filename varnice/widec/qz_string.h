@@ -33,7 +33,7 @@ class VARNICE_API qz_string {
   using const_iterator = const char*;
   static constexpr size_type npos = 0xFFFFFFFF;
 
-  qz_string() noexcept;
+  constexpr qz_string() noexcept = default;
   qz_string(const qz_string& other) noexcept;
   qz_string(qz_string&& other) noexcept;
   qz_string(const char* s);               // NUL-terminated; null is empty

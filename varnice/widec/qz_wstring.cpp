@@ -4,7 +4,6 @@
 using size_type = qz_wstring::size_type;
 using Impl = varnice::internal::BasicQzString<unsigned short>;
 
-qz_wstring::qz_wstring() noexcept = default;
 qz_wstring::qz_wstring(const qz_wstring& other) noexcept = default;
 qz_wstring::qz_wstring(qz_wstring&& other) noexcept = default;
 qz_wstring::qz_wstring(const unsigned short* s) : s_(s, Impl::length_of(s)) {}

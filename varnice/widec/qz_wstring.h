@@ -16,7 +16,7 @@ class VARNICE_API qz_wstring {
   using const_iterator = const unsigned short*;
   static constexpr size_type npos = 0xFFFFFFFF;
 
-  qz_wstring() noexcept;
+  constexpr qz_wstring() noexcept = default;
   qz_wstring(const qz_wstring& other) noexcept;
   qz_wstring(qz_wstring&& other) noexcept;
   qz_wstring(const unsigned short* s);               // 0-terminated; null is empty
