@@ -8,6 +8,20 @@ MUST_EXPORT = [
     "VarniceVersionString",
     "UnicodeLibrary::VersionString",
     "qz_exception::what",
+    "UnicodeLibBehavior::GetDefaultBehavior",
+    "UnicodeLibBehavior::gInitialDefaultBehavior",
+    "TextEncoding::Lookup(char const*, unsigned int)",
+    "TextEncoding::gBaseEncodings",
+    "EncodingVariation::gAllVariations",
+    "TextEncodingID::TextEncodingID(unsigned long)",
+    "EncodingVariationID::operator+",
+    "LinearAllocator::Allocate",
+    "UnicodeLibPlaceable::operator new",
+    "QZUnicodePerThread::get",
+    "typeinfo for UnicodeLibraryException",
+    "qz_string::c_str() const",
+    "qz_wstring::c_str() const",
+    "operator+(qz_string const&, qz_string const&)",
     "ChunkTableLookup(ChunkTableEntryUSL const*",
     "vtable for PlaneTable<unsigned short, unsigned long>",
     "GapTable<unsigned short, unsigned long>::Lookup(",
@@ -17,7 +31,7 @@ MUST_EXPORT = [
     "SimpleFiniteStateMachine<unsigned char, unsigned short>::AddState(",
 ]
 # Namespaces and prefixes that hold implementation details only.
-MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_"]
+MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]
 
 
 def main() -> int:

@@ -4,3 +4,4 @@ set -e
 varnice=${1:-build/tools/cli/varnice}
 run() { echo "\$ varnice $*"; "$varnice" "$@"; echo; }
 run version
+run list

@@ -8,7 +8,7 @@
 #include <cstddef>
 
 #include "varnice/tables/new_array.h"
-#include "varnice/tables/qz_auto_array.h"
+#include "varnice/widec/qz_auto_array.h"
 
 namespace varnice::internal {
 
@@ -42,8 +42,7 @@ Action* ActionsWithRow(Action const* from, std::size_t width, std::size_t states
 template <class Action>
 void InstallActions(qz_auto_array<Action>& owned, Action const*& current,
                     Action* fresh) noexcept {
-  qz_auto_array<Action> holder(fresh);
-  owned.swap(holder);
+  owned = qz_auto_array<Action>(fresh);
   current = owned.get();
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 #include "varnice/tables/action_rows.h"
 #include "varnice/widec/qz_exception.h"
@@ -133,7 +134,7 @@ void FiniteStateMachine<unsigned char, Out>::DistinguishCharacters(unsigned char
   // Nothing below can fail.
   unsigned char* map = ownedCategories_.get();
   for (int i = 0; i < count; ++i) map[bytes[i]] = remap[map[bytes[i]]];
-  ownedActions_.swap(fresh);
+  ownedActions_ = std::move(fresh);
   actions_ = ownedActions_.get();
   categoryCount_ = newCount;
 }
@@ -150,8 +151,7 @@ void FiniteStateMachine<unsigned char, Out>::MakeCategoriesWritable() {
   if (ownedCategories_.owns()) return;
   unsigned char* map = varnice::internal::NewArray<unsigned char>(256);
   std::copy_n(categories_, 256, map);
-  qz_auto_array<unsigned char> holder(map);
-  ownedCategories_.swap(holder);
+  ownedCategories_ = qz_auto_array<unsigned char>(map);
   categories_ = map;
 }
 

@@ -15,7 +15,7 @@
 #include <cstdint>
 
 #include "varnice/tables/finite_state_machine_action.h"
-#include "varnice/tables/qz_auto_array.h"
+#include "varnice/widec/qz_auto_array.h"
 #include "varnice/varnice_export.h"
 
 template <class In, class Out>

@@ -1,0 +1,56 @@
+// ExternalEncoding: an encoding of text as bytes. It converts nothing itself:
+// it is a factory of the stream stages that convert to and from UTF-16, and
+// of a detector that scores unlabelled input.
+#ifndef VARNICE_ENCODING_EXTERNAL_ENCODING_H_
+#define VARNICE_ENCODING_EXTERNAL_ENCODING_H_
+
+#include "varnice/encoding/text_encoding.h"
+#include "varnice/varnice_export.h"
+
+class CharSink;
+class CharSource;
+class Char16Sink;
+class Char16Source;
+class ExternalEncodingDetector;
+class UnicodeLibAllocator;
+
+class VARNICE_API ExternalEncoding : public TextEncoding {
+ public:
+  // A Char16Source that decodes this encoding; the type every
+  // CreateCharSourceToUnicode returns.
+  class ToUnicodeSource;
+
+  unsigned int TokenSize() const override;
+  bool IsValidForInput() const override;
+  bool IsValidForOutput() const override;
+  // The byte written for a character this encoding cannot represent (0x1A).
+  virtual char SubstituteChar() const;
+  virtual bool IsBasedOnASCII() const;
+  // Whether text-mode line-end translation leaves the encoded bytes intact.
+  virtual bool IsTextModeSafe() const = 0;
+  // Pipeline stages, placed with the allocator; the caller owns them.
+  virtual ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const = 0;
+  virtual CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const = 0;
+  virtual Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const = 0;
+  virtual CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const = 0;
+  // Null when the encoding cannot be detected.
+  virtual ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const;
+
+  // The registry, restricted to external encodings.
+  static unsigned int Count();
+  static ExternalEncoding* Lookup(unsigned int index);
+  static ExternalEncoding* Lookup(TextEncodingID id);
+  static ExternalEncoding* Lookup(const char* name);
+  static ExternalEncoding* Lookup(const unsigned short* name);
+  static ExternalEncoding* LookupCodePage(unsigned int cp);
+
+ protected:
+  // Both forms register the encoding and let every variation generate its
+  // variants of it.
+  ExternalEncoding(TextEncodingID id, const char** nicknames, const char* mimeName, unsigned int codePage);
+  ExternalEncoding(const TextEncoding& parent, const EncodingVariation& variation,
+                   const char** nicknames, const char* mimeName, unsigned int codePage);
+  ~ExternalEncoding();
+};
+
+#endif  // VARNICE_ENCODING_EXTERNAL_ENCODING_H_
