@@ -29,6 +29,15 @@ MUST_EXPORT = [
     "sjis_compander_table",
     "FiniteStateMachine<unsigned char, unsigned long>::DistinguishCharacters(",
     "SimpleFiniteStateMachine<unsigned char, unsigned short>::AddState(",
+    "InternalEncoding::Unicode20()",
+    "InternalEncoding::MayBreakLineBetween(",
+    "BlockConverter_16_to_8::ReachedCapacity(",
+    "BlockExternalEncoding::CreateCharSourceToUnicode(",
+    "CharSource_8_to_16::FillBuffer()",
+    "CharSink_16_to_8::InternalPut(",
+    "typeinfo for ExternalEncoding::ToUnicodeSource",
+    "vtable for ToUnicodeProxySource",
+    "DirectedChar16ProxySink::SetBehavior(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "varnice/encoding/external_encoding.h"
+#include "varnice/encoding/internal_encoding.h"
 #include "varnice/encoding/qz_unicode_per_thread.h"
 #include "varnice/encoding/unicode_lib_actor.h"
 #include "varnice/encoding/unicode_lib_director.h"
@@ -44,13 +45,11 @@ const ExternalEncoding& TestEncoding() {
   return *encoding;
 }
 
-// The records only need an InternalEncoding reference; the default handlers
-// never touch it.
-const InternalEncoding& NoInternal() { return *reinterpret_cast<const InternalEncoding*>(&TestEncoding()); }
+const InternalEncoding& Unicode20() { return *InternalEncoding::Unicode(); }
 
 std::string Substitute(UnicodeLibBehavior& behavior) {
   RecordingSolver solver;
-  CharacterNotInRepertoire problem{{NoInternal(), TestEncoding(), solver, nullptr, nullptr, nullptr, nullptr, nullptr}};
+  CharacterNotInRepertoire problem{{Unicode20(), TestEncoding(), solver, nullptr, nullptr, nullptr, nullptr, nullptr}};
   behavior.HandleCharacterNotInRepertoire(problem);
   return solver.bytes;
 }
@@ -58,9 +57,9 @@ std::string Substitute(UnicodeLibBehavior& behavior) {
 TEST(UnicodeLibBehavior, DefaultsSubstituteInBothDirections) {
   UnicodeLibBehavior behavior;
   RecordingSolver solver;
-  IllegalByteRange illegal{{TestEncoding(), NoInternal(), solver, nullptr, nullptr, nullptr, nullptr, nullptr}};
+  IllegalByteRange illegal{{TestEncoding(), Unicode20(), solver, nullptr, nullptr, nullptr, nullptr, nullptr}};
   behavior.HandleIllegalByteRange(illegal);
-  NoCharacterDefinedForCodepoint undefined{{TestEncoding(), NoInternal(), solver, nullptr, nullptr, nullptr, nullptr, nullptr}};
+  NoCharacterDefinedForCodepoint undefined{{TestEncoding(), Unicode20(), solver, nullptr, nullptr, nullptr, nullptr, nullptr}};
   behavior.HandleNoCharacterDefinedForCodepoint(undefined);
   EXPECT_EQ(solver.units, u"\uFFFD\uFFFD");
 

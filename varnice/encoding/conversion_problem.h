@@ -3,8 +3,15 @@
 // which the behaviour answers (write a substitute, or convert a replacement
 // text in place of the offending input).
 //
-// Records are plain data; the stage that fills them decides what the five
-// positions hold (see the converting streams).
+// Records are plain data. The converting stream that fills one sets the five
+// positions as follows (converting_sources.h, converting_sinks.h):
+//   inputBegin   start of the input range the block converter was given
+//   inputStop    just past the offending input, where conversion resumes
+//   inputEnd     end of that input range
+//   outputBegin  start of the output produced in the current block
+//   outputEnd    end of that output: the point of the problem
+// A behaviour normally needs none of them: it passes text to InsertInput or
+// InsertOutput, which lands at the point of the problem.
 #ifndef VARNICE_ENCODING_CONVERSION_PROBLEM_H_
 #define VARNICE_ENCODING_CONVERSION_PROBLEM_H_
 
@@ -46,11 +53,11 @@ struct VARNICE_API ExternalToInternalConversionProblem {
   const ExternalEncoding& source;
   const InternalEncoding& target;
   ProblemSolver_8_to_16& solver;
-  const char* inputBlockBegin;  // start of the current input block
-  const char* problemBegin;     // first byte of the offending input
-  const char* problemEnd;       // one past the offending input
-  const unsigned short* outputBlockBegin;
-  const unsigned short* outputEnd;  // output written so far in this block
+  const char* inputBegin;
+  const char* inputStop;
+  const char* inputEnd;
+  const unsigned short* outputBegin;
+  const unsigned short* outputEnd;
 
   void InsertInput(const char* begin, const char* end) { solver.InsertInput(begin, end); }
   void InsertOutput(const unsigned short* begin, const unsigned short* end) {
@@ -69,10 +76,10 @@ struct VARNICE_API InternalToExternalConversionProblem {
   const InternalEncoding& source;
   const ExternalEncoding& target;
   ProblemSolver_16_to_8& solver;
-  const unsigned short* inputBlockBegin;
-  const unsigned short* problemBegin;
-  const unsigned short* problemEnd;
-  const char* outputBlockBegin;
+  const unsigned short* inputBegin;
+  const unsigned short* inputStop;
+  const unsigned short* inputEnd;
+  const char* outputBegin;
   const char* outputEnd;
 
   void InsertInput(const unsigned short* begin, const unsigned short* end) {

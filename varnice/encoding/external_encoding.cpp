@@ -20,6 +20,8 @@ ExternalEncoding::ExternalEncoding(const TextEncoding& parent, const EncodingVar
 
 ExternalEncoding::~ExternalEncoding() = default;
 
+ExternalEncoding::ToUnicodeSource::~ToUnicodeSource() = default;
+
 unsigned int ExternalEncoding::TokenSize() const { return 1; }
 bool ExternalEncoding::IsValidForInput() const { return true; }
 bool ExternalEncoding::IsValidForOutput() const { return true; }

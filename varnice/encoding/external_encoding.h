@@ -5,6 +5,7 @@
 #define VARNICE_ENCODING_EXTERNAL_ENCODING_H_
 
 #include "varnice/encoding/text_encoding.h"
+#include "varnice/stream/char16_source.h"
 #include "varnice/varnice_export.h"
 
 class CharSink;
@@ -51,6 +52,16 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   ExternalEncoding(const TextEncoding& parent, const EncodingVariation& variation,
                    const char** nicknames, const char* mimeName, unsigned int codePage);
   ~ExternalEncoding();
+};
+
+// The face every to-Unicode stage of an external encoding shows: a source of
+// UTF-16 that can also say which encoding it is decoding.
+class VARNICE_API ExternalEncoding::ToUnicodeSource : public virtual Char16Source {
+ public:
+  ~ToUnicodeSource() override;
+  // The encoding of the bytes being read; a detecting source answers with the
+  // encoding it chose (choosing now if it has not yet).
+  virtual const ExternalEncoding* ActualInputEncoding() = 0;
 };
 
 #endif  // VARNICE_ENCODING_EXTERNAL_ENCODING_H_

@@ -36,6 +36,12 @@ class VARNICE_API InternalEncoding : public TextEncoding {
   // rather than combining the answers lets a "never" (3) veto an "always" (2).
   bool MayBreakLineBetween(unsigned short a, unsigned short b) const;
 
+  // The two internal encodings, made on first use and kept until unload.
+  // Unicode() is Unicode20(), the library's working form.
+  static InternalEncoding* Unicode20();
+  static InternalEncoding* Unicode();
+  static InternalEncoding* Unicode11();
+
   // The registry, restricted to internal encodings.
   static unsigned int Count();
   static InternalEncoding* Lookup(unsigned int index);
