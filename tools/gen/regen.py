@@ -19,10 +19,10 @@ HERE = pathlib.Path(__file__).resolve().parent
 
 def generators():
     for path in sorted(HERE.glob("gen_*.py")):
-        spec = importlib.util.spec_from_file_location(path.stem, path)
-        module = importlib.util.module_from_spec(spec)
+        module_spec = importlib.util.spec_from_file_location(path.stem, path)
+        module = importlib.util.module_from_spec(module_spec)
         sys.path.insert(0, str(HERE))
-        spec.loader.exec_module(module)
+        module_spec.loader.exec_module(module)
         yield path.stem, module
 
 
