@@ -115,7 +115,7 @@ class Votes : public InternalEncoding {
 };
 
 TEST(LineBreaks, TheLargerVoteDecidesByItsLowestBit) {
-  Votes v;
+  static const Votes& v = *new Votes;  // registered encodings live as long as the registry
   EXPECT_TRUE(v.MayBreakLineBetween(0, 0));
   EXPECT_FALSE(v.MayBreakLineBetween(0, 1));
   EXPECT_TRUE(v.MayBreakLineBetween(2, 1));   // force beats object
