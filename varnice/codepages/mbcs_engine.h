@@ -1,0 +1,140 @@
+// The byte work of the table-driven code pages, shared by their converters,
+// detector and the printer variant: stepping the to-Unicode trie, writing
+// codes big-endian, the pass-through set. Inline so that each converter's
+// loop is compiled with its own table shape.
+#ifndef VARNICE_CODEPAGES_MBCS_ENGINE_H_
+#define VARNICE_CODEPAGES_MBCS_ENGINE_H_
+
+#include <cstring>
+
+#include "varnice/codepages/mbcs_to_unicode_table.h"
+#include "varnice/encoding/unicode_lib_behavior.h"
+#include "varnice/tables/finite_state_machine_action.h"
+#include "varnice/widec/qz_string.h"
+
+namespace varnice::internal {
+
+// Conversion results used here.
+enum MBCSResult : int {
+  kMBCSInputUsed = 1,
+  kMBCSOutputFull = 2,
+  kMBCSNoCharacter = 4,
+  kMBCSNotInRepertoire = 5,
+  kMBCSCapacityReached = 7,
+};
+
+// The behaviour's forced direct mapping, held for one Convert call. Empty
+// unless the converter honours it and the behaviour has one.
+class PassThrough {
+ public:
+  PassThrough(bool honour, UnicodeLibBehavior const& behavior) {
+    if (honour && behavior.HasForcedDirectMapping()) {
+      set_ = behavior.ForcedDirectMapping();
+      bytes_ = set_.c_str();
+    }
+  }
+  explicit operator bool() const { return bytes_ != nullptr; }
+  // A C string search, so the byte 0 is always in the set.
+  bool Has(unsigned char b) const {
+    return std::strchr(bytes_, static_cast<char>(b)) != nullptr;
+  }
+
+ private:
+  qz_string set_;
+  char const* bytes_ = nullptr;
+};
+
+using MBCSAction = FiniteStateMachineAction<unsigned short>;
+
+// Steps the trie over [in, inEnd), writing code units to [out, outEnd).
+// Returns 1 when the input is used up, 2 when there is no room for a code
+// unit (checked before every byte), 4 after consuming an invalid byte. state
+// carries a partial character between calls.
+inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThrough const& pass,
+                      unsigned char const*& in, unsigned char const* inEnd, unsigned short*& out,
+                      unsigned short const* outEnd) {
+  for (;;) {
+    if (!pass && state == 0) {
+      // Characters of one byte need no state: convert a run of them in a
+      // tight loop, leaving anything else to the general step below.
+      long n = inEnd - in;
+      if (outEnd - out < n) n = outEnd - out;
+      long i = 0;
+      for (; i < n; ++i) {
+        MBCSAction a = actions[in[i]];
+        if (a.output >= MBCStoUnicodeTable::kInvalid || a.nextState != 0) break;
+        out[i] = a.output;
+      }
+      in += i;
+      out += i;
+    }
+    if (in == inEnd) return kMBCSInputUsed;
+    if (out == outEnd) return kMBCSOutputFull;
+    unsigned char b = *in;
+    if (pass && state == 0 && pass.Has(b)) {
+      *out++ = b;
+      ++in;
+      continue;
+    }
+    ++in;
+    MBCSAction a = actions[state * 256u + b];
+    state = a.nextState;
+    if (a.output == MBCStoUnicodeTable::kInvalid) return kMBCSNoCharacter;
+    if (a.output != MBCStoUnicodeTable::kNoOutput) *out++ = a.output;
+  }
+}
+
+// The number of bytes a code is written in: the fewest that hold it.
+inline int CodeLength(unsigned long code) {
+  return code < 0x100 ? 1 : code < 0x10000 ? 2 : code <= 0xFFFFFF ? 3 : 4;
+}
+
+inline void WriteBigEndian(unsigned long code, int n, char*& out) {
+  for (int i = n - 1; i >= 0; --i) *out++ = static_cast<char>(code >> (8 * i));
+}
+
+// Writes code units as codes. find(unit, code) looks a unit up; reached(n)
+// is the capacity rule, asked before writing n bytes. Returns 1 when the input
+// is used up, 2 when fewer than 4 bytes of room remain, 5 after consuming a
+// unit without a code, 7 when the capacity refuses (the unit is consumed
+// unless it was a pass-through byte).
+template <class Find, class Reached>
+int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*& in,
+               unsigned short const* inEnd, char*& out, char const* outEnd, bool unlimited,
+               Reached&& reached) {
+  for (;;) {
+    if (unlimited && !pass) {
+      // Nothing to ask before writing: encode in a tight loop until a unit
+      // has no code or room runs short.
+      while (in != inEnd && outEnd - out >= 4) {
+        unsigned long code;
+        if (!find(*in, code)) break;
+        ++in;
+        if (code < 0x100) {
+          *out++ = static_cast<char>(code);
+        } else {
+          WriteBigEndian(code, CodeLength(code), out);
+        }
+      }
+    }
+    if (in == inEnd) return kMBCSInputUsed;
+    if (outEnd - out < 4) return kMBCSOutputFull;
+    unsigned short u = *in;
+    if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
+      if (reached(1)) return kMBCSCapacityReached;
+      *out++ = static_cast<char>(u);
+      ++in;
+      continue;
+    }
+    ++in;
+    unsigned long code;
+    if (!find(u, code)) return kMBCSNotInRepertoire;
+    int n = CodeLength(code);
+    if (reached(n)) return kMBCSCapacityReached;
+    WriteBigEndian(code, n, out);
+  }
+}
+
+}  // namespace varnice::internal
+
+#endif  // VARNICE_CODEPAGES_MBCS_ENGINE_H_
