@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "varnice/codepages/code_page_table_shapes.h"
 #include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
 #include "varnice/tables/finite_state_machine_action.h"
@@ -134,6 +135,37 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
     WriteBigEndian(code, n, out);
   }
 }
+
+// The from-Unicode table, with its stored shape recognised once so that the
+// conversion loops search plane and delta data inline.
+class FromUnicodeFinder {
+ public:
+  explicit FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table)
+      : table_(table),
+        plane_(dynamic_cast<CodePagePlaneTable const*>(&table)),
+        delta_(dynamic_cast<CodePageDeltaTable const*>(&table)) {}
+
+  // Calls body(find) with the fastest find(unit, code&) for the shape.
+  template <class Body>
+  int With(Body&& body) const {
+    if (plane_ != nullptr) {
+      return body([p = plane_](unsigned short u, unsigned long& code) { return p->Find(u, code); });
+    }
+    if (delta_ != nullptr) {
+      return body([d = delta_](unsigned short u, unsigned long& code) { return d->Find(u, code); });
+    }
+    return body([t = &table_](unsigned short u, unsigned long& code) { return t->LookupUnsignedLong(u, code); });
+  }
+
+  bool Find(unsigned short u, unsigned long& code) const {
+    return With([&](auto const& find) { return find(u, code) ? 1 : 0; }) != 0;
+  }
+
+ private:
+  LookupUnsignedLongTable<unsigned short> const& table_;
+  CodePagePlaneTable const* plane_;
+  CodePageDeltaTable const* delta_;
+};
 
 }  // namespace varnice::internal
 
