@@ -136,6 +136,55 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
   }
 }
 
+// The printer framing: two bytes per character, the first a zero byte for
+// characters of one byte. parity is toggled by every byte; a zero byte in the
+// first position of a pair is dropped. Results as DecodeMBCS.
+inline int DecodePrinterPairs(MBCSAction const* actions, unsigned short& state, bool& parity,
+                              PassThrough const& pass, unsigned char const*& in,
+                              unsigned char const* inEnd, unsigned short*& out,
+                              unsigned short const* outEnd) {
+  for (;;) {
+    if (in == inEnd) return kMBCSInputUsed;
+    if (out == outEnd) return kMBCSOutputFull;
+    parity = !parity;
+    unsigned char b = *in++;
+    if (parity && b == 0) continue;
+    if (pass && state == 0 && pass.Has(b)) {
+      *out++ = b;
+      continue;
+    }
+    MBCSAction a = actions[state * 256u + b];
+    state = a.nextState;
+    if (a.output == MBCStoUnicodeTable::kInvalid) return kMBCSNoCharacter;
+    if (a.output != MBCStoUnicodeTable::kNoOutput) *out++ = a.output;
+  }
+}
+
+// Writes each code in at least 2 bytes, big-endian (one-byte codes after a
+// zero byte); pass-through bytes go alone. Results as EncodeMBCS.
+template <class Find, class Reached>
+int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short const*& in,
+                       unsigned short const* inEnd, char*& out, char const* outEnd,
+                       Reached&& reached) {
+  for (;;) {
+    if (in == inEnd) return kMBCSInputUsed;
+    if (outEnd - out < 4) return kMBCSOutputFull;
+    unsigned short u = *in;
+    if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
+      if (reached(1)) return kMBCSCapacityReached;
+      *out++ = static_cast<char>(u);
+      ++in;
+      continue;
+    }
+    ++in;
+    unsigned long code;
+    if (!find(u, code)) return kMBCSNotInRepertoire;
+    int n = code < 0x10000 ? 2 : code < 0x1000000 ? 3 : 4;
+    if (reached(n)) return kMBCSCapacityReached;
+    WriteBigEndian(code, n, out);
+  }
+}
+
 // The from-Unicode table, with its stored shape recognised once so that the
 // conversion loops search plane and delta data inline.
 class FromUnicodeFinder {
