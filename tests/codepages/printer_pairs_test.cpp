@@ -59,7 +59,7 @@ TEST(PrinterPairs, ForcedDirectMappingWritesSingleBytes) {
   EXPECT_EQ(Write(u"AB", forced), "41 00 42");
   UnicodeLibBehavior high;
   high.SetForcedDirectMapping("\x80");
-  EXPECT_EQ(Read("\x00\x80\x81\x80", high), u"\u0080\u00F7") << "only between characters";
+  EXPECT_EQ(Read(std::string("\x00\x80\x81\x80", 4), high), u"\u0080\u00F7") << "only between characters";
 }
 
 }  // namespace
