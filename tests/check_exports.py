@@ -29,6 +29,8 @@ MUST_EXPORT = [
     "sjis_compander_table",
     "FiniteStateMachine<unsigned char, unsigned long>::DistinguishCharacters(",
     "SimpleFiniteStateMachine<unsigned char, unsigned short>::AddState(",
+    "MBCStoUnicodeTable::Assign(",
+    "MBCStoUnicodeTable::Lookup(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

@@ -3,6 +3,8 @@
 #define VARNICE_VARNICE_H_
 
 #include "varnice/capi/varnice_c.h"
+#include "varnice/codepages/iso2022_subencoding.h"
+#include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/conversion_problem.h"
 #include "varnice/encoding/encoding_variation.h"
 #include "varnice/encoding/encoding_variation_id.h"

@@ -85,6 +85,21 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
   }
 }
 
+// Scores unlabelled bytes as this code page: each invalid byte lowers
+// errors, each halfwidth katakana or private-use character lowers unlikely.
+inline void ScoreMBCS(MBCSAction const* actions, unsigned short& state, unsigned char const* begin,
+                      unsigned char const* end, int& errors, int& unlikely) {
+  for (; begin != end; ++begin) {
+    MBCSAction a = actions[state * 256u + *begin];
+    state = a.nextState;
+    if (a.output == MBCStoUnicodeTable::kInvalid) {
+      --errors;
+    } else if ((a.output >= 0xFF61 && a.output <= 0xFF9F) || (a.output >= 0xE000 && a.output <= 0xF8FF)) {
+      --unlikely;
+    }
+  }
+}
+
 // The number of bytes a code is written in: the fewest that hold it.
 inline int CodeLength(unsigned long code) {
   return code < 0x100 ? 1 : code < 0x10000 ? 2 : code <= 0xFFFFFF ? 3 : 4;
