@@ -56,18 +56,24 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
                       unsigned short const* outEnd) {
   for (;;) {
     if (!pass && state == 0) {
-      // Characters of one byte need no state: convert a run of them in a
-      // tight loop, leaving anything else to the general step below.
-      long n = inEnd - in;
-      if (outEnd - out < n) n = outEnd - out;
-      long i = 0;
-      for (; i < n; ++i) {
-        MBCSAction a = actions[in[i]];
-        if (a.output >= MBCStoUnicodeTable::kInvalid || a.nextState != 0) break;
-        out[i] = a.output;
+      // Between characters nothing carries over from one character to the
+      // next, so whole characters of one or two bytes are converted in a
+      // tight loop; anything else (an invalid byte, a longer code, a lead
+      // byte at the end of the block) is left to the general step below.
+      while (in != inEnd && out != outEnd) {
+        MBCSAction a = actions[*in];
+        if (a.output < MBCStoUnicodeTable::kInvalid) {
+          if (a.nextState != 0) break;
+          *out++ = a.output;
+          ++in;
+          continue;
+        }
+        if (a.output != MBCStoUnicodeTable::kNoOutput || inEnd - in < 2) break;
+        MBCSAction t = actions[a.nextState * 256u + in[1]];
+        if (t.output >= MBCStoUnicodeTable::kInvalid || t.nextState != 0) break;
+        *out++ = t.output;
+        in += 2;
       }
-      in += i;
-      out += i;
     }
     if (in == inEnd) return kMBCSInputUsed;
     if (out == outEnd) return kMBCSOutputFull;
