@@ -22,9 +22,13 @@ class CodePagePlaneTable final : public PlaneTable<unsigned short, unsigned long
         missing_(static_cast<std::uint32_t>(missing)) {}
 
   // What LookupUnsignedLong answers, without the virtual call.
-  bool Find(unsigned short key, unsigned long& value) const {
-    return TakeUnlessMissing(FindInPlanes(planes_, key), missing_, value);
+  static bool Find(std::uint32_t const* const* planes, std::uint32_t missing, unsigned short key,
+                   unsigned long& value) {
+    return TakeUnlessMissing(FindInPlanes(planes, key), missing, value);
   }
+  bool Find(unsigned short key, unsigned long& value) const { return Find(planes_, missing_, key, value); }
+  std::uint32_t const* const* Planes() const { return planes_; }
+  std::uint32_t Missing() const { return missing_; }
 
  private:
   std::uint32_t const* const* planes_;
@@ -38,12 +42,15 @@ class CodePageDeltaTable final : public DeltaTable<unsigned short, unsigned long
                      ChunkTableEntryUSL const* runs, long count)
       : DeltaTable<unsigned short, unsigned long>(missing, deltas), runs_(runs), count_(count) {}
 
-  bool Find(unsigned short key, unsigned long& value) const {
-    ChunkTableEntryUSL const* run = FindChunk(runs_, count_, key);
+  static bool Find(ChunkTableEntryUSL const* runs, long count, unsigned short key, unsigned long& value) {
+    ChunkTableEntryUSL const* run = FindChunk(runs, count, key);
     if (run == nullptr) return false;
     value = static_cast<std::uint32_t>(key + run->value);
     return true;
   }
+  bool Find(unsigned short key, unsigned long& value) const { return Find(runs_, count_, key, value); }
+  ChunkTableEntryUSL const* Runs() const { return runs_; }
+  long Count() const { return count_; }
 
  private:
   ChunkTableEntryUSL const* runs_;

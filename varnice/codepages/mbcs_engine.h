@@ -218,11 +218,18 @@ class FromUnicodeFinder {
   // Calls body(find) with the fastest find(unit, code&) for the shape.
   template <class Body>
   int With(Body&& body) const {
+    // The lambdas hold the raw data by value: the loops write through char
+    // pointers, which would otherwise force a reload of the table's fields
+    // after every byte.
     if (plane_ != nullptr) {
-      return body([p = plane_](unsigned short u, unsigned long& code) { return p->Find(u, code); });
+      return body([planes = plane_->Planes(), missing = plane_->Missing()](unsigned short u, unsigned long& code) {
+        return CodePagePlaneTable::Find(planes, missing, u, code);
+      });
     }
     if (delta_ != nullptr) {
-      return body([d = delta_](unsigned short u, unsigned long& code) { return d->Find(u, code); });
+      return body([runs = delta_->Runs(), count = delta_->Count()](unsigned short u, unsigned long& code) {
+        return CodePageDeltaTable::Find(runs, count, u, code);
+      });
     }
     return body([t = &table_](unsigned short u, unsigned long& code) { return t->LookupUnsignedLong(u, code); });
   }
