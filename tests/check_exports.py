@@ -38,6 +38,8 @@ MUST_EXPORT = [
     "typeinfo for ExternalEncoding::ToUnicodeSource",
     "vtable for ToUnicodeProxySource",
     "DirectedChar16ProxySink::SetBehavior(",
+    "MBCStoUnicodeTable::Assign(",
+    "MBCStoUnicodeTable::Lookup(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

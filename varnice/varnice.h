@@ -4,6 +4,8 @@
 
 #include "varnice/capi/varnice_c.h"
 #include "varnice/charprops/character_script.h"
+#include "varnice/codepages/iso2022_subencoding.h"
+#include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/block_external_encoding.h"
 #include "varnice/encoding/conversion_problem.h"

@@ -1,0 +1,62 @@
+// The from-Unicode tables of the stored code pages. They are the ordinary
+// plane and delta tables, and also keep their raw data within reach so that
+// MBCSfromUnicode can search it inline instead of making a virtual call per
+// code unit.
+#ifndef VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_
+#define VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_
+
+#include <cstdint>
+
+#include "varnice/tables/delta_table.h"
+#include "varnice/tables/lookup_records.h"
+#include "varnice/tables/lookup_search.h"
+#include "varnice/tables/plane_table.h"
+
+namespace varnice::internal {
+
+class CodePagePlaneTable final : public PlaneTable<unsigned short, unsigned long> {
+ public:
+  CodePagePlaneTable(unsigned long missing, std::uint32_t const* const* planes)
+      : PlaneTable<unsigned short, unsigned long>(missing, planes),
+        planes_(planes),
+        missing_(static_cast<std::uint32_t>(missing)) {}
+
+  // What LookupUnsignedLong answers, without the virtual call.
+  static bool Find(std::uint32_t const* const* planes, std::uint32_t missing, unsigned short key,
+                   unsigned long& value) {
+    return TakeUnlessMissing(FindInPlanes(planes, key), missing, value);
+  }
+  bool Find(unsigned short key, unsigned long& value) const { return Find(planes_, missing_, key, value); }
+  std::uint32_t const* const* Planes() const { return planes_; }
+  std::uint32_t Missing() const { return missing_; }
+
+ private:
+  std::uint32_t const* const* planes_;
+  std::uint32_t missing_;
+};
+
+class CodePageDeltaTable final : public DeltaTable<unsigned short, unsigned long> {
+ public:
+  // deltas must be a ChunkTable over the same runs.
+  CodePageDeltaTable(unsigned long missing, Table<unsigned short, long> const* deltas,
+                     ChunkTableEntryUSL const* runs, long count)
+      : DeltaTable<unsigned short, unsigned long>(missing, deltas), runs_(runs), count_(count) {}
+
+  static bool Find(ChunkTableEntryUSL const* runs, long count, unsigned short key, unsigned long& value) {
+    ChunkTableEntryUSL const* run = FindChunk(runs, count, key);
+    if (run == nullptr) return false;
+    value = static_cast<std::uint32_t>(key + run->value);
+    return true;
+  }
+  bool Find(unsigned short key, unsigned long& value) const { return Find(runs_, count_, key, value); }
+  ChunkTableEntryUSL const* Runs() const { return runs_; }
+  long Count() const { return count_; }
+
+ private:
+  ChunkTableEntryUSL const* runs_;
+  long count_;
+};
+
+}  // namespace varnice::internal
+
+#endif  // VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_

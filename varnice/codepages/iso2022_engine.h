@@ -1,0 +1,189 @@
+// The work of the ISO-2022 converters, over any sub-converter type: splitting
+// the input at escape sequences and handing each stretch to the subencoding
+// in force, and writing runs of characters with an escape before each change
+// of subencoding. ISO2022toUnicode and ISO2022fromUnicode are thin shells
+// around these.
+#ifndef VARNICE_CODEPAGES_ISO2022_ENGINE_H_
+#define VARNICE_CODEPAGES_ISO2022_ENGINE_H_
+
+#include <cstring>
+
+#include "varnice/codepages/iso2022_subencoding.h"
+
+namespace varnice::internal {
+
+// The ISO-2022-JP subencoding for a code unit: 0 ASCII, 1 JIS X 0201 Roman,
+// 3 JIS X 0208. ASCII characters stay in JIS X 0201 Roman while it is in
+// force, except the two whose bytes differ there.
+inline int ChooseISO2022JP(unsigned short c, int current) {
+  if (c == 0x00A5 || c == 0x203E) return 1;
+  if (c == 0x005C || c == 0x007F) return 0;
+  if (c > 0x007F) return 3;
+  return (current == 0 || current == 1) ? current : 0;
+}
+
+// The change to an ISO-2022-JP detector's score for the bytes [begin, end)
+// of a text that starts at start: +1 for each escape into JIS X 0201 Roman or
+// JIS X 0208, -1 for each byte with the high bit set. The escape search
+// reaches back 2 bytes and stops 3 before the end, so that an escape split
+// across two scans counts once.
+inline int ScoreISO2022JP(char const* start, char const* begin, char const* end) {
+  int score = 0;
+  char const* p = begin - start >= 2 ? begin - 2 : start;
+  for (; end - p >= 3; ++p) {
+    if (p[0] != 0x1B) continue;
+    if ((p[1] == 0x28 && p[2] == 0x4A) || (p[1] == 0x24 && (p[2] == 0x40 || p[2] == 0x42))) ++score;
+  }
+  for (p = begin; p < end; ++p) {
+    if (static_cast<unsigned char>(*p) >= 0x80) --score;
+  }
+  return score;
+}
+
+// Reads an ISO-2022 byte stream. Sub is a pointer type to a converter with
+// Convert(char const*&, char const*, unsigned short*&, unsigned short const*)
+// and Reset(); subs[i] reads subencoding i.
+template <class Sub>
+class ISO2022Reader {
+ public:
+  static constexpr int kBufferSize = 1024;
+
+  ISO2022Reader(ISO2022Subencoding const* list, int count, Sub const* subs)
+      : list_(list), count_(count), subs_(subs) {}
+
+  int Convert(char const*& in, char const* inEnd, unsigned short*& out, unsigned short const* outEnd) {
+    while (in != inEnd) {
+      if (out == outEnd) return 2;
+      std::memmove(buffer_, buffer_ + begin_, end_ - begin_);
+      end_ -= begin_;
+      begin_ = 0;
+      long n = inEnd - in;
+      if (n > kBufferSize - end_) n = kBufferSize - end_;
+      std::memcpy(buffer_ + end_, in, n);
+      end_ += static_cast<int>(n);
+      in += n;
+      int r = Work(out, outEnd, false);
+      if (r != 1) return r;
+    }
+    return 1;
+  }
+
+  // Converts what is still buffered; an incomplete escape becomes U+001B.
+  int Finish(unsigned short*& out, unsigned short const* outEnd) {
+    int r = Work(out, outEnd, true);
+    return r == 1 ? 0 : r;
+  }
+
+  void Reset() {
+    current_ = 0;
+    begin_ = end_ = 0;
+    for (int i = 0; i < count_; ++i) subs_[i]->Reset();
+  }
+
+  int Current() const { return current_; }
+
+ private:
+  int Work(unsigned short*& out, unsigned short const* outEnd, bool finishing) {
+    while (begin_ < end_) {
+      if (out == outEnd) return 2;
+      if (buffer_[begin_] == 0x1B) {
+        if (end_ - begin_ < 3 && !finishing) return 1;  // wait for the rest of the escape
+        int match = end_ - begin_ < 3 ? count_ : 0;
+        while (match < count_ && std::memcmp(buffer_ + begin_, list_[match].escape, 3) != 0) ++match;
+        if (match < count_) {
+          current_ = match;
+          subs_[match]->Reset();
+          begin_ += 3;
+        } else {
+          *out++ = 0x001B;
+          ++begin_;
+        }
+        continue;
+      }
+      char const* stop = static_cast<char const*>(std::memchr(buffer_ + begin_, 0x1B, end_ - begin_));
+      if (stop == nullptr) stop = buffer_ + end_;
+      char const* p = buffer_ + begin_;
+      int r = subs_[current_]->Convert(p, stop, out, outEnd);
+      begin_ = static_cast<int>(p - buffer_);
+      if (r != 1) return r;
+    }
+    return 1;
+  }
+
+  ISO2022Subencoding const* list_;
+  int count_;
+  Sub const* subs_;
+  int current_ = 0;
+  char buffer_[kBufferSize];
+  int begin_ = 0;
+  int end_ = 0;
+};
+
+// Writes an ISO-2022 byte stream. Sub is a pointer type to a converter with
+// Convert(unsigned short const*&, unsigned short const*, char*&, char const*,
+// long capacity) and Reset().
+template <class Sub>
+class ISO2022Writer {
+ public:
+  ISO2022Writer(ISO2022Subencoding const* list, int count, Sub const* subs)
+      : list_(list), count_(count), subs_(subs) {}
+
+  // choose(unit, current) picks the subencoding; reached(n, reserve, capacity)
+  // is the capacity rule; capacityReached() marks the budget spent. Room for
+  // the final escape back to subencoding 0 is kept in the output (2 bytes) and
+  // in the budget (3 bytes) while another subencoding is in force.
+  template <class Choose, class Reached, class Mark>
+  int Convert(unsigned short const*& in, unsigned short const* inEnd, char*& out, char const* outEnd,
+              long capacity, Choose const& choose, Reached&& reached, Mark&& capacityReached) {
+    for (;;) {
+      if (in == inEnd) return 1;
+      if (outEnd - out < 3) return 2;
+      int n = choose(*in, current_);
+      if (n != current_) {
+        if (reached(3, n != 0 ? 3 : 0, capacity)) return 7;
+        std::memcpy(out, list_[n].escape, 3);
+        out += 3;
+        subs_[n]->Reset();
+        current_ = n;
+        continue;
+      }
+      unsigned short const* runEnd = in + 1;
+      while (runEnd != inEnd && choose(*runEnd, current_) == current_) ++runEnd;
+      long reserve = current_ != 0 ? 3 : 0;
+      if (reached(0, reserve, capacity)) return 7;
+      char* before = out;
+      int r = subs_[current_]->Convert(in, runEnd, out, outEnd - 2,
+                                       capacity == -1 ? -1 : capacity - reserve);
+      if (capacity != -1) capacity -= out - before;
+      if (r == 7) capacityReached();
+      if (r != 1) return r;
+    }
+  }
+
+  // Returns to subencoding 0, into the room kept for it.
+  int Finish(char*& out) {
+    if (current_ != 0) {
+      std::memcpy(out, list_[0].escape, 3);
+      out += 3;
+      current_ = 0;
+    }
+    return 0;
+  }
+
+  void Reset() {
+    current_ = 0;
+    for (int i = 0; i < count_; ++i) subs_[i]->Reset();
+  }
+
+  int Current() const { return current_; }
+
+ private:
+  ISO2022Subencoding const* list_;
+  int count_;
+  Sub const* subs_;
+  int current_ = 0;
+};
+
+}  // namespace varnice::internal
+
+#endif  // VARNICE_CODEPAGES_ISO2022_ENGINE_H_

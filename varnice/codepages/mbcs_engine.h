@@ -1,0 +1,249 @@
+// The byte work of the table-driven code pages, shared by their converters,
+// detector and the printer variant: stepping the to-Unicode trie, writing
+// codes big-endian, the pass-through set. Inline so that each converter's
+// loop is compiled with its own table shape.
+#ifndef VARNICE_CODEPAGES_MBCS_ENGINE_H_
+#define VARNICE_CODEPAGES_MBCS_ENGINE_H_
+
+#include <cstring>
+
+#include "varnice/codepages/code_page_table_shapes.h"
+#include "varnice/codepages/mbcs_to_unicode_table.h"
+#include "varnice/encoding/unicode_lib_behavior.h"
+#include "varnice/tables/finite_state_machine_action.h"
+#include "varnice/widec/qz_string.h"
+
+namespace varnice::internal {
+
+// Conversion results used here.
+enum MBCSResult : int {
+  kMBCSInputUsed = 1,
+  kMBCSOutputFull = 2,
+  kMBCSNoCharacter = 4,
+  kMBCSNotInRepertoire = 5,
+  kMBCSCapacityReached = 7,
+};
+
+// The behaviour's forced direct mapping, held for one Convert call. Empty
+// unless the converter honours it and the behaviour has one.
+class PassThrough {
+ public:
+  PassThrough(bool honour, UnicodeLibBehavior const& behavior) {
+    if (honour && behavior.HasForcedDirectMapping()) {
+      set_ = behavior.ForcedDirectMapping();
+      bytes_ = set_.c_str();
+    }
+  }
+  explicit operator bool() const { return bytes_ != nullptr; }
+  // A C string search, so the byte 0 is always in the set.
+  bool Has(unsigned char b) const {
+    return std::strchr(bytes_, static_cast<char>(b)) != nullptr;
+  }
+
+ private:
+  qz_string set_;
+  char const* bytes_ = nullptr;
+};
+
+using MBCSAction = FiniteStateMachineAction<unsigned short>;
+
+// Steps the trie over [in, inEnd), writing code units to [out, outEnd).
+// Returns 1 when the input is used up, 2 when there is no room for a code
+// unit (checked before every byte), 4 after consuming an invalid byte. state
+// carries a partial character between calls.
+inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThrough const& pass,
+                      unsigned char const*& in, unsigned char const* inEnd, unsigned short*& out,
+                      unsigned short const* outEnd) {
+  for (;;) {
+    if (!pass && state == 0) {
+      // Between characters nothing carries over from one character to the
+      // next, so whole characters of one or two bytes are converted in a
+      // tight loop; anything else (an invalid byte, a longer code, a lead
+      // byte at the end of the block) is left to the general step below.
+      while (in != inEnd && out != outEnd) {
+        MBCSAction a = actions[*in];
+        if (a.output < MBCStoUnicodeTable::kInvalid) {
+          if (a.nextState != 0) break;
+          *out++ = a.output;
+          ++in;
+          continue;
+        }
+        if (a.output != MBCStoUnicodeTable::kNoOutput || inEnd - in < 2) break;
+        MBCSAction t = actions[a.nextState * 256u + in[1]];
+        if (t.output >= MBCStoUnicodeTable::kInvalid || t.nextState != 0) break;
+        *out++ = t.output;
+        in += 2;
+      }
+    }
+    if (in == inEnd) return kMBCSInputUsed;
+    if (out == outEnd) return kMBCSOutputFull;
+    unsigned char b = *in;
+    if (pass && state == 0 && pass.Has(b)) {
+      *out++ = b;
+      ++in;
+      continue;
+    }
+    ++in;
+    MBCSAction a = actions[state * 256u + b];
+    state = a.nextState;
+    if (a.output == MBCStoUnicodeTable::kInvalid) return kMBCSNoCharacter;
+    if (a.output != MBCStoUnicodeTable::kNoOutput) *out++ = a.output;
+  }
+}
+
+// Scores unlabelled bytes as this code page: each invalid byte lowers
+// errors, each halfwidth katakana or private-use character lowers unlikely.
+inline void ScoreMBCS(MBCSAction const* actions, unsigned short& state, unsigned char const* begin,
+                      unsigned char const* end, int& errors, int& unlikely) {
+  for (; begin != end; ++begin) {
+    MBCSAction a = actions[state * 256u + *begin];
+    state = a.nextState;
+    if (a.output == MBCStoUnicodeTable::kInvalid) {
+      --errors;
+    } else if ((a.output >= 0xFF61 && a.output <= 0xFF9F) || (a.output >= 0xE000 && a.output <= 0xF8FF)) {
+      --unlikely;
+    }
+  }
+}
+
+// The number of bytes a code is written in: the fewest that hold it.
+inline int CodeLength(unsigned long code) {
+  return code < 0x100 ? 1 : code < 0x10000 ? 2 : code <= 0xFFFFFF ? 3 : 4;
+}
+
+inline void WriteBigEndian(unsigned long code, int n, char*& out) {
+  for (int i = n - 1; i >= 0; --i) *out++ = static_cast<char>(code >> (8 * i));
+}
+
+// Writes code units as codes. find(unit, code) looks a unit up; reached(n)
+// is the capacity rule, asked before writing n bytes. Returns 1 when the input
+// is used up, 2 when fewer than 4 bytes of room remain, 5 after consuming a
+// unit without a code, 7 when the capacity refuses (the unit is consumed
+// unless it was a pass-through byte).
+template <class Find, class Reached>
+int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*& in,
+               unsigned short const* inEnd, char*& out, char const* outEnd, bool unlimited,
+               Reached&& reached) {
+  for (;;) {
+    if (unlimited && !pass) {
+      // Nothing to ask before writing: encode in a tight loop until a unit
+      // has no code or room runs short.
+      while (in != inEnd && outEnd - out >= 4) {
+        unsigned long code;
+        if (!find(*in, code)) break;
+        ++in;
+        if (code < 0x100) {
+          *out++ = static_cast<char>(code);
+        } else {
+          WriteBigEndian(code, CodeLength(code), out);
+        }
+      }
+    }
+    if (in == inEnd) return kMBCSInputUsed;
+    if (outEnd - out < 4) return kMBCSOutputFull;
+    unsigned short u = *in;
+    if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
+      if (reached(1)) return kMBCSCapacityReached;
+      *out++ = static_cast<char>(u);
+      ++in;
+      continue;
+    }
+    ++in;
+    unsigned long code;
+    if (!find(u, code)) return kMBCSNotInRepertoire;
+    int n = CodeLength(code);
+    if (reached(n)) return kMBCSCapacityReached;
+    WriteBigEndian(code, n, out);
+  }
+}
+
+// The printer framing: two bytes per character, the first a zero byte for
+// characters of one byte. parity is toggled by every byte; a zero byte in the
+// first position of a pair is dropped. Results as DecodeMBCS.
+inline int DecodePrinterPairs(MBCSAction const* actions, unsigned short& state, bool& parity,
+                              PassThrough const& pass, unsigned char const*& in,
+                              unsigned char const* inEnd, unsigned short*& out,
+                              unsigned short const* outEnd) {
+  for (;;) {
+    if (in == inEnd) return kMBCSInputUsed;
+    if (out == outEnd) return kMBCSOutputFull;
+    parity = !parity;
+    unsigned char b = *in++;
+    if (parity && b == 0) continue;
+    if (pass && state == 0 && pass.Has(b)) {
+      *out++ = b;
+      continue;
+    }
+    MBCSAction a = actions[state * 256u + b];
+    state = a.nextState;
+    if (a.output == MBCStoUnicodeTable::kInvalid) return kMBCSNoCharacter;
+    if (a.output != MBCStoUnicodeTable::kNoOutput) *out++ = a.output;
+  }
+}
+
+// Writes each code in at least 2 bytes, big-endian (one-byte codes after a
+// zero byte); pass-through bytes go alone. Results as EncodeMBCS.
+template <class Find, class Reached>
+int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short const*& in,
+                       unsigned short const* inEnd, char*& out, char const* outEnd,
+                       Reached&& reached) {
+  for (;;) {
+    if (in == inEnd) return kMBCSInputUsed;
+    if (outEnd - out < 4) return kMBCSOutputFull;
+    unsigned short u = *in;
+    if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
+      if (reached(1)) return kMBCSCapacityReached;
+      *out++ = static_cast<char>(u);
+      ++in;
+      continue;
+    }
+    ++in;
+    unsigned long code;
+    if (!find(u, code)) return kMBCSNotInRepertoire;
+    int n = code < 0x10000 ? 2 : code < 0x1000000 ? 3 : 4;
+    if (reached(n)) return kMBCSCapacityReached;
+    WriteBigEndian(code, n, out);
+  }
+}
+
+// The from-Unicode table, with its stored shape recognised once so that the
+// conversion loops search plane and delta data inline.
+class FromUnicodeFinder {
+ public:
+  explicit FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table)
+      : table_(table),
+        plane_(dynamic_cast<CodePagePlaneTable const*>(&table)),
+        delta_(dynamic_cast<CodePageDeltaTable const*>(&table)) {}
+
+  // Calls body(find) with the fastest find(unit, code&) for the shape.
+  template <class Body>
+  int With(Body&& body) const {
+    // The lambdas hold the raw data by value: the loops write through char
+    // pointers, which would otherwise force a reload of the table's fields
+    // after every byte.
+    if (plane_ != nullptr) {
+      return body([planes = plane_->Planes(), missing = plane_->Missing()](unsigned short u, unsigned long& code) {
+        return CodePagePlaneTable::Find(planes, missing, u, code);
+      });
+    }
+    if (delta_ != nullptr) {
+      return body([runs = delta_->Runs(), count = delta_->Count()](unsigned short u, unsigned long& code) {
+        return CodePageDeltaTable::Find(runs, count, u, code);
+      });
+    }
+    return body([t = &table_](unsigned short u, unsigned long& code) { return t->LookupUnsignedLong(u, code); });
+  }
+
+  bool Find(unsigned short u, unsigned long& code) const {
+    return With([&](auto const& find) { return find(u, code) ? 1 : 0; }) != 0;
+  }
+
+ private:
+  LookupUnsignedLongTable<unsigned short> const& table_;
+  CodePagePlaneTable const* plane_;
+  CodePageDeltaTable const* delta_;
+};
+
+}  // namespace varnice::internal
+
+#endif  // VARNICE_CODEPAGES_MBCS_ENGINE_H_
