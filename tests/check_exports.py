@@ -22,6 +22,15 @@ MUST_EXPORT = [
     "qz_string::c_str() const",
     "qz_wstring::c_str() const",
     "operator+(qz_string const&, qz_string const&)",
+    "BufferCharSink::PutBuffer(",
+    "vtable for StringChar16Source",
+    "FileCharSource::FillBuffer()",
+    "StdioSource::gets(",
+    "Stdio16Source::fgets(",
+    "CharSink::printf(",
+    "Char16Sink::vprintf(unsigned short const*",
+    "PrintfEngine<CharSink, char>::Print(",
+    "PrintfEngine<Char16Sink, unsigned short>::Print(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]
