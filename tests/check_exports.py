@@ -49,6 +49,22 @@ MUST_EXPORT = [
     "Char16Sink::vprintf(unsigned short const*",
     "PrintfEngine<CharSink, char>::Print(",
     "PrintfEngine<Char16Sink, unsigned short>::Print(",
+    "CharacterProperty::Test(unsigned long) const",
+    "CharacterTest::IndexOf(",
+    "CharacterScript::Of(",
+    "vtable for NamedCharacterScript",
+    "AnyDefinedCharacter",
+    "Ctype_xdigit",
+    "CharwiseUnicodeComparator::CompareBuffers(",
+    "typeinfo for JISUnicodeComparator",
+    "SameIgnoringCase(",
+    "TestUnicodeCharacter",
+    "CombineNCharprops",
+    "qz_wctype",
+    "qz_towctrans",
+    "Varnice_compare_JIS_pl",
+    "UCS2toupper",
+    "UTF8toupper",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

@@ -3,7 +3,11 @@
 #define VARNICE_VARNICE_H_
 
 #include "varnice/capi/varnice_c.h"
+#include "varnice/charprops/character_property.h"
 #include "varnice/charprops/character_script.h"
+#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/classification.h"
+#include "varnice/charprops/unicode_comparator.h"
 #include "varnice/codepages/iso2022_subencoding.h"
 #include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/block_converter.h"
@@ -59,5 +63,6 @@
 #include "varnice/widec/qz_exception.h"
 #include "varnice/widec/qz_string.h"
 #include "varnice/widec/qz_wstring.h"
+#include "varnice/widec/same_ignoring_case.h"
 
 #endif  // VARNICE_VARNICE_H_

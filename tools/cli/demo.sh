@@ -5,3 +5,4 @@ varnice=${1:-build/tools/cli/varnice}
 run() { echo "\$ varnice $*"; "$varnice" "$@"; echo; }
 run version
 run list
+run char U+3042 "Aé漢ｱ" U+3000
