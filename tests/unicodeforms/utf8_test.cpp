@@ -192,16 +192,22 @@ TEST(UTF8Detector, PenalisesBytesOutOfPlace) {
   EXPECT_EQ(score("abc\xE6\x97", 1), -1);   // left open at the end
 }
 
-TEST(UTF8Tables, SequenceLengthsByLeadByte) {
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0x00], 1);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0x7F], 1);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0x80], 0);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0xBF], 0);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0xC0], 2);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0xEF], 3);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0xF7], 4);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0xFB], 5);
-  EXPECT_EQ(UTF8_CHAR_LENGTHS_FROM_LEAD[0xFF], 6);
+TEST(UTF8Tables, ExportedLengthsAgreeWithTheDecoder) {
+  // Every lead followed by as many continuation bytes as the table says makes
+  // one character (or one undefined value), and the next byte starts afresh.
+  for (int lead = 0; lead < 256; ++lead) {
+    const int length = UTF8_CHAR_LENGTHS_FROM_LEAD[lead];
+    std::string text(1, static_cast<char>(lead));
+    text.append(length > 1 ? length - 1 : 0, '\x80');
+    text += "z";
+    const Decoded run = Decode8(text, false);  // no pairs: one unit or one problem each
+    ASSERT_EQ(run.text.back(), u'z') << lead;
+    if (length == 0) {
+      EXPECT_EQ(run.problems, (Problems{{0, kIllegalInput}})) << lead;
+    } else {
+      EXPECT_EQ(run.text.size() + run.problems.size(), 2u) << lead;
+    }
+  }
 }
 
 // --- The fast paths against the plain loops ---------------------------------
