@@ -63,6 +63,15 @@ MUST_EXPORT = [
     "typeinfo for InvalidOutputEncoding",
     "qz_string::qz_string(unsigned short const*, unsigned int, ExternalEncoding const&)",
     "qz_wstring::qz_wstring(char const*, ExternalEncoding const&)",
+    "BufferCharSink::PutBuffer(",
+    "vtable for StringChar16Source",
+    "FileCharSource::FillBuffer()",
+    "StdioSource::gets(",
+    "Stdio16Source::fgets(",
+    "CharSink::printf(",
+    "Char16Sink::vprintf(unsigned short const*",
+    "PrintfEngine<CharSink, char>::Print(",
+    "PrintfEngine<Char16Sink, unsigned short>::Print(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]
