@@ -7,8 +7,6 @@
 // fast paths, are measured too.
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -58,44 +56,15 @@ std::vector<unsigned short> Units(const std::string& utf8) {
   return units;
 }
 
-// The whole input as one lent range, as a buffer source lends it.
-class WholeBufferSource : public CharSource {
- public:
-  WholeBufferSource(const char* begin, const char* end) {
-    position_ = begin;
-    end_ = end;
-  }
-  bool FillBuffer() override { return false; }
-};
-
-// Copies into a caller buffer, as the buffer sinks do.
-template <class Sink, class Unit>
-class ArraySink : public Sink {
- public:
-  ArraySink(Unit* buffer, std::size_t capacity)
-      : Sink(static_cast<const UnicodeLibActor*>(nullptr)), next_(buffer), limit_(buffer + capacity) {}
-  void Flush() override {}
-  void PutBuffer(const Unit* begin, const Unit* end) override {
-    const std::size_t n = std::min<std::size_t>(end - begin, limit_ - next_);
-    std::memcpy(next_, begin, n * sizeof *begin);
-    next_ += n;
-  }
-  const Unit* End() const { return next_; }
-
- private:
-  Unit* next_;
-  Unit* limit_;
-};
-
 void BM_Varnice_UTF8_to_UTF16(benchmark::State& state, int which) {
   const std::string& text = Text(which);
   std::vector<unsigned short> output(text.size() + 2);
   for (auto _ : state) {
-    WholeBufferSource bytes(text.data(), text.data() + text.size());
+    BufferCharSource bytes(text.data(), text.data() + text.size());
     InternalEncodingConverter converter(bytes, *ExternalEncoding::Unicode20UTF8(), *InternalEncoding::Unicode());
-    ArraySink<Char16Sink, unsigned short> sink(output.data(), output.size());
+    BufferChar16Sink sink(output.data(), static_cast<long>(output.size()));
     sink.Put(converter);
-    benchmark::DoNotOptimize(sink.End());
+    benchmark::DoNotOptimize(sink.size());
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }
@@ -105,10 +74,10 @@ void BM_Varnice_UTF16_to_UTF8(benchmark::State& state, int which) {
   const std::vector<unsigned short> units = Units(text);
   std::vector<char> output(text.size() + 8);
   for (auto _ : state) {
-    ArraySink<CharSink, char> sink(output.data(), output.size());
+    BufferCharSink sink(output.data(), static_cast<long>(output.size()));
     InternalEncodingConverterSink converter(*InternalEncoding::Unicode(), *ExternalEncoding::Unicode20UTF8(), sink);
     converter.PutBuffer(units.data(), units.data() + units.size());
-    benchmark::DoNotOptimize(sink.End());
+    benchmark::DoNotOptimize(sink.size());
   }
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
 }

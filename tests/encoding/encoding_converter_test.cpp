@@ -7,6 +7,7 @@
 
 #include "tests/stream/stream_test_support.h"
 #include "varnice/encoding/internal_encoding.h"
+#include "varnice/stream/buffer_char_sink.h"
 #include "varnice/widec/qz_string.h"
 #include "varnice/widec/qz_wstring.h"
 
@@ -40,18 +41,6 @@ const ReadOnlyEncoding& ReadOnly() {
   static const ReadOnlyEncoding* encoding = new ReadOnlyEncoding;
   return *encoding;
 }
-
-// A byte sink with room for a fixed number of bytes.
-class BoundedSink : public Collect8 {
- public:
-  explicit BoundedSink(long room) : room_(room) {}
-  long RemainingCapacity() const override { return room_ - static_cast<long>(text.size()); }
-  void MarkAsTruncated() override { truncated = true; }
-  bool truncated = false;
-
- private:
-  long room_;
-};
 
 std::u16string ReadAll(Char16Source& source) {
   Collect16 out;
@@ -140,11 +129,12 @@ TEST(EncodingConverters, SinksConvertWhatTheyAreGiven) {
 }
 
 TEST(EncodingConverters, BoundedSinksEndOnAWholeCharacter) {
-  BoundedSink out(4);
+  char buffer[4];
+  BufferCharSink out(buffer, 4);
   InternalEncodingConverterSink encode(Unicode(), UTF8(), out);
   encode.Put(U(u"a\u00E9\u20ACz"));
-  EXPECT_EQ(out.text, "a\xC3\xA9");
-  EXPECT_TRUE(out.truncated);
+  EXPECT_EQ(std::string(out.data(), out.size()), "a\xC3\xA9");
+  EXPECT_TRUE(out.truncated());
 }
 
 TEST(EncodingConverters, AnEncodingThatCannotWriteIsRefused) {

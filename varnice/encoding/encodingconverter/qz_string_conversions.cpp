@@ -2,38 +2,12 @@
 // than with the string classes, which know nothing of encodings.
 #include "varnice/encoding/encodingconverter/encoding_converter.h"
 #include "varnice/encoding/internal_encoding.h"
-#include "varnice/stream/char16_sink.h"
-#include "varnice/stream/char_sink.h"
+#include "varnice/stream/string_char16_sink.h"
+#include "varnice/stream/string_char_sink.h"
 #include "varnice/widec/qz_string.h"
 #include "varnice/widec/qz_wstring.h"
 
 namespace {
-
-// Sinks that append to a string owned by the caller.
-class AppendToString : public CharSink {
- public:
-  explicit AppendToString(qz_string& text) : CharSink(static_cast<const UnicodeLibActor*>(nullptr)), text_(text) {}
-  void Flush() override {}
-  void PutBuffer(const char* begin, const char* end) override {
-    text_.append(begin, static_cast<qz_string::size_type>(end - begin));
-  }
-
- private:
-  qz_string& text_;
-};
-
-class AppendToWString : public Char16Sink {
- public:
-  explicit AppendToWString(qz_wstring& text)
-      : Char16Sink(static_cast<const UnicodeLibActor*>(nullptr)), text_(text) {}
-  void Flush() override {}
-  void PutBuffer(const unsigned short* begin, const unsigned short* end) override {
-    text_.append(begin, static_cast<qz_wstring::size_type>(end - begin));
-  }
-
- private:
-  qz_wstring& text_;
-};
 
 qz_string::size_type LengthOf(const unsigned short* s) {
   qz_string::size_type n = 0;
@@ -58,18 +32,20 @@ qz_string::qz_string(const unsigned short* s, const ExternalEncoding& encoding)
 
 qz_string::qz_string(const unsigned short* s, size_type n, const ExternalEncoding& encoding) {
   if (s == nullptr || n == 0) return;
-  AppendToString sink(*this);
+  StringCharSink sink;
   InternalEncodingConverterSink converter(*InternalEncoding::Unicode(), encoding, sink);
   converter.PutBuffer(s, s + n);
   converter.Flush();
+  *this = sink.str();
 }
 
 qz_wstring::qz_wstring(const char* s, const ExternalEncoding& encoding) : qz_wstring(s, LengthOf(s), encoding) {}
 
 qz_wstring::qz_wstring(const char* s, size_type n, const ExternalEncoding& encoding) {
   if (s == nullptr || n == 0) return;
-  AppendToWString sink(*this);
+  StringChar16Sink sink;
   ExternalEncodingConverterSink converter(encoding, *InternalEncoding::Unicode(), sink);
   converter.PutBuffer(s, s + n);
   converter.Flush();
+  *this = sink.str();
 }
