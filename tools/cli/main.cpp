@@ -20,7 +20,14 @@ int Usage(FILE* out) {
 }
 
 // Creates the catalogue's encodings (their factories register them).
-void RegisterCatalogue() {}
+void RegisterCatalogue() {
+  // The Unicode forms (their variations generate the rest).
+  ExternalEncoding::Unicode20UTF8();
+  ExternalEncoding::Unicode20UTF7();
+  ExternalEncoding::Unicode20ByteStream();
+  ExternalEncoding::Unicode11BigEndian();
+  EncodingVariation::LittleEndian();
+}
 
 int List() {
   RegisterCatalogue();

@@ -37,6 +37,18 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   // Null when the encoding cannot be detected.
   virtual ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const;
 
+  // The Unicode forms, made (with their variation) on first call: UTF-8 and
+  // UTF-7 of Unicode 2.0 and 1.1; their big-endian two-byte forms; and
+  // ("UCS-2") the host-order two-byte form with a byte-order mark.
+  static ExternalEncoding* Unicode20UTF8();
+  static ExternalEncoding* Unicode11UTF8();
+  static ExternalEncoding* Unicode20UTF7();
+  static ExternalEncoding* Unicode11UTF7();
+  static ExternalEncoding* Unicode20BigEndian();
+  static ExternalEncoding* Unicode11BigEndian();
+  static ExternalEncoding* Unicode20ByteStream();
+  static ExternalEncoding* Unicode11ByteStream();
+
   // The registry, restricted to external encodings.
   static unsigned int Count();
   static ExternalEncoding* Lookup(unsigned int index);
