@@ -191,6 +191,11 @@ TEST(UnicodeFormPipelines, SinksConvertTheSameWay) {
   Char16Sink* encode = ExternalEncoding::Unicode20UTF7()->CreateCharSinkFromUnicode(bytes, arena);
   encode->Put(U(u"a+b \u00E9."));
   EXPECT_EQ(bytes.text, "a+-b +AOk-.");
+  // A run still open when the writer flushes is closed, so the text is whole.
+  encode->Put(U(u"\u00E9"));
+  EXPECT_EQ(bytes.text, "a+-b +AOk-.+AO");
+  encode->Flush();
+  EXPECT_EQ(bytes.text, "a+-b +AOk-.+AOk-");
   delete encode;
 
   Collect16 units;
