@@ -4,7 +4,9 @@
 
 #include "varnice/capi/varnice_c.h"
 #include "varnice/charprops/character_script.h"
+#include "varnice/codepages/iso2022_encoding.h"
 #include "varnice/codepages/iso2022_subencoding.h"
+#include "varnice/codepages/mbcs_encoding.h"
 #include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/block_external_encoding.h"
@@ -42,6 +44,7 @@
 #include "varnice/tables/plane_table.h"
 #include "varnice/tables/range_table.h"
 #include "varnice/tables/simple_finite_state_machine.h"
+#include "varnice/unicodeforms/hp_printer_variant.h"
 #include "varnice/widec/qz_exception.h"
 #include "varnice/widec/qz_string.h"
 #include "varnice/widec/qz_wstring.h"

@@ -34,6 +34,9 @@ class VARNICE_API EncodingVariation {
   static EncodingVariation* Lookup(const char* name);
   // Null for the empty or a multi-variation chain.
   static EncodingVariation* Lookup(EncodingVariationID id);
+  // The printer variation (number 8), made on first call and then applied
+  // to the encodings already registered.
+  static EncodingVariation* HPPrinter();
   // Lets every registered variation generate its variant of the encoding.
   static void GenerateVariantsOf(const InternalEncoding& encoding);
   static void GenerateVariantsOf(const ExternalEncoding& encoding);
