@@ -4,7 +4,6 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 #include "varnice/varnice.h"
@@ -39,44 +38,16 @@ const WidenEncoding& Encoding() {
   return *encoding;
 }
 
-// The whole input as one lent range, as a buffer source lends it.
-class WholeBufferSource : public CharSource {
- public:
-  WholeBufferSource(const char* begin, const char* end) {
-    position_ = begin;
-    end_ = end;
-  }
-  bool FillBuffer() override { return false; }
-};
-
-// Copies into a caller buffer, as a buffer sink does.
-class ArraySink : public Char16Sink {
- public:
-  ArraySink(unsigned short* buffer, long capacity)
-      : Char16Sink(static_cast<const UnicodeLibActor*>(nullptr)), next_(buffer), limit_(buffer + capacity) {}
-  void Flush() override {}
-  void PutBuffer(const unsigned short* begin, const unsigned short* end) override {
-    const long n = std::min<long>(end - begin, limit_ - next_);
-    std::memcpy(next_, begin, n * sizeof *begin);
-    next_ += n;
-  }
-  const unsigned short* End() const { return next_; }
-
- private:
-  unsigned short* next_;
-  unsigned short* limit_;
-};
-
 void BM_ConvertingSource8to16(benchmark::State& state) {
   std::vector<char> input(kInputBytes);
   for (long i = 0; i < kInputBytes; ++i) input[i] = static_cast<char>('a' + i % 26);
   std::vector<unsigned short> output(kInputBytes);
   for (auto _ : state) {
-    WholeBufferSource bytes(input.data(), input.data() + input.size());
+    BufferCharSource bytes(input.data(), input.data() + input.size());
     CharSource_8_to_16 units(bytes, Encoding(), new Widen, *InternalEncoding::Unicode());
-    ArraySink sink(output.data(), static_cast<long>(output.size()));
+    BufferChar16Sink sink(output.data(), static_cast<long>(output.size()));
     sink.Put(units);
-    benchmark::DoNotOptimize(sink.End());
+    benchmark::DoNotOptimize(sink.size());
   }
   state.SetBytesProcessed(state.iterations() * kInputBytes);
 }

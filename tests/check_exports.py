@@ -58,6 +58,15 @@ MUST_EXPORT = [
     "HPPrinterVariant::FromUnicode::Convert(",
     "vtable for HPPrinterVariation",
     "EncodingVariation::HPPrinter()",
+    "BufferCharSink::PutBuffer(",
+    "vtable for StringChar16Source",
+    "FileCharSource::FillBuffer()",
+    "StdioSource::gets(",
+    "Stdio16Source::fgets(",
+    "CharSink::printf(",
+    "Char16Sink::vprintf(unsigned short const*",
+    "PrintfEngine<CharSink, char>::Print(",
+    "PrintfEngine<Char16Sink, unsigned short>::Print(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

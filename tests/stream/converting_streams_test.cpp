@@ -8,6 +8,7 @@
 
 #include "tests/stream/stream_test_support.h"
 #include "varnice/encoding/internal_encoding.h"
+#include "varnice/stream/buffer_char_sink.h"
 #include "varnice/stream/converting_sinks.h"
 
 namespace {
@@ -145,26 +146,16 @@ TEST(CharSink_8_to_16, ProblemsAreReportedAndInsertedTextLandsAtThem) {
   EXPECT_EQ(out.flushes, 1);
 }
 
-// Bounded like a buffer sink: takes at most `capacity` bytes in all.
-class FixedSink : public Collect8 {
- public:
-  explicit FixedSink(long capacity) : capacity_(capacity) {}
-  long RemainingCapacity() const override { return capacity_ - static_cast<long>(text.size()); }
-  void MarkAsTruncated() override { truncated = true; }
-  bool truncated = false;
-
- private:
-  long capacity_;
-};
-
-TEST(CharSink_16_to_8, TruncationAtABoundedSinkStopsAtAWholeCharacter) {
-  FixedSink out(4);
+TEST(CharSink_16_to_8, TruncationAtABufferSinkStopsAtAWholeCharacter) {
+  char buffer[4];
+  BufferCharSink out(buffer, sizeof buffer);
   CharSink_16_to_8 sink(Unicode(), new UnitToBytes, TestEncoding(), out);
   sink.Put(U(u"a\u0141\u0142z"));  // 1 + 2 + 2 + 1 bytes: the second pair does not fit
-  EXPECT_EQ(out.text, "a\x01\x41");
-  EXPECT_TRUE(out.truncated);
+  EXPECT_EQ(std::string(out.data(), out.size()), "a\x01\x41");
+  EXPECT_TRUE(out.truncated());
+  EXPECT_EQ(out.RemainingCapacity(), 1);
   sink.Put(U(u"b"));  // one byte would fit, but a cut text does not resume
-  EXPECT_EQ(out.text, "a\x01\x41");
+  EXPECT_EQ(out.size(), 3);
 }
 
 TEST(ConvertingSinks, LargeOutputArrivesInPiecesOfAtMost1024Bytes) {

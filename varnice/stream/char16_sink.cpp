@@ -1,6 +1,9 @@
 #include "varnice/stream/char16_sink.h"
 
+#include <cstdarg>
+
 #include "varnice/stream/char16_source.h"
+#include "varnice/widec/printf_engine.h"
 
 Char16Sink::Char16Sink(const UnicodeLibActor& actor) : UnicodeLibActor(actor) {}
 Char16Sink::Char16Sink(const UnicodeLibActor* actor) : UnicodeLibActor(actor) {}
@@ -23,4 +26,29 @@ void Char16Sink::Put(Char16Source& source) {
     PutBuffer(b, e);
     source.DoneWith(e);
   }
+}
+
+int Char16Sink::printf(const char* format, ...) {
+  std::va_list args;
+  va_start(args, format);
+  const int n = PrintfEngine<Char16Sink, char>(*this).Print(format, args);
+  va_end(args);
+  return n;
+}
+
+int Char16Sink::printf(const unsigned short* format, ...) {
+  std::va_list args;
+  va_start(args, format);
+  const int n = PrintfEngine<Char16Sink, unsigned short>(*this).Print(format, args);
+  va_end(args);
+  return n;
+}
+
+int Char16Sink::vprintf(const char* format, void* args) {
+  return PrintfEngine<Char16Sink, char>(*this).Print(format, *static_cast<std::va_list*>(args));
+}
+
+int Char16Sink::vprintf(const unsigned short* format, void* args) {
+  return PrintfEngine<Char16Sink, unsigned short>(*this).Print(format,
+                                                                *static_cast<std::va_list*>(args));
 }

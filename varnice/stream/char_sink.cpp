@@ -1,8 +1,10 @@
 #include "varnice/stream/char_sink.h"
 
+#include <cstdarg>
 #include <cstring>
 
 #include "varnice/stream/char_source.h"
+#include "varnice/widec/printf_engine.h"
 
 CharSink::CharSink(const UnicodeLibActor& actor) : UnicodeLibActor(actor) {}
 CharSink::CharSink(const UnicodeLibActor* actor) : UnicodeLibActor(actor) {}
@@ -23,4 +25,16 @@ void CharSink::Put(CharSource& source) {
     PutBuffer(b, e);
     source.DoneWith(e);
   }
+}
+
+int CharSink::printf(const char* format, ...) {
+  std::va_list args;
+  va_start(args, format);
+  const int n = PrintfEngine<CharSink, char>(*this).Print(format, args);
+  va_end(args);
+  return n;
+}
+
+int CharSink::vprintf(const char* format, void* args) {
+  return PrintfEngine<CharSink, char>(*this).Print(format, *static_cast<std::va_list*>(args));
 }

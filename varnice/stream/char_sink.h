@@ -25,6 +25,13 @@ class VARNICE_API CharSink : public virtual UnicodeLibActor {
   void Put(const char* begin, const char* end = nullptr);
   // Pumps the whole source into this sink.
   void Put(CharSource& source);
+
+  // C printf into this sink (see printf_engine.h for the conversions); returns
+  // the number of bytes produced, counting any a bounded sink dropped.
+  int printf(const char* format, ...);
+  // `args` is a va_list* passed as void*, so that this header need not bring
+  // in <cstdarg>. The list is read through a copy: the caller still ends it.
+  int vprintf(const char* format, void* args);
 };
 
 #endif  // VARNICE_STREAM_CHAR_SINK_H_
