@@ -137,6 +137,40 @@ TEST_P(CodePageDifferential, RoundTripCodePointsEncodeBackAndNothingElseDoes) {
   }
 }
 
+// The whole repertoire as one text: the loops run long stretches of mixed
+// characters, encoding under a budget and decoding into small blocks.
+TEST_P(CodePageDifferential, WholeRepertoireConvertsAsOneText) {
+  Page const& page = GetParam();
+  PageData data = LoadPage(page.source);
+  std::u16string text;
+  std::string bytes;
+  for (auto const& [u, code] : data.roundTrip) {
+    if (code.size() == 1 && static_cast<unsigned char>(code[0]) == page.missing) continue;
+    text += static_cast<char16_t>(u);
+    bytes += code;
+  }
+  Converters c(page.factory());
+  for (long budget : {-1L, static_cast<long>(bytes.size())}) {
+    std::vector<char> encoded(bytes.size() + 4);
+    auto const* units = reinterpret_cast<unsigned short const*>(text.data());
+    char* o = encoded.data();
+    ASSERT_EQ(c.from->Convert(units, units + text.size(), o, encoded.data() + encoded.size(), budget), 1);
+    ASSERT_EQ(std::string(encoded.data(), o), bytes) << budget;
+  }
+
+  std::u16string decoded;
+  char const* in = bytes.data();
+  for (;;) {
+    unsigned short block[7];
+    unsigned short* out = block;
+    int r = c.to->Convert(in, bytes.data() + bytes.size(), out, block + 7);
+    decoded.append(block, out);
+    if (r == 1) break;
+    ASSERT_EQ(r, 2);
+  }
+  ASSERT_EQ(decoded, text);
+}
+
 INSTANTIATE_TEST_SUITE_P(AllPages, CodePageDifferential, testing::ValuesIn(kPages),
                          [](testing::TestParamInfo<Page> const& info) { return std::string(info.param.name); });
 

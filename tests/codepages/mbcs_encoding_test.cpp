@@ -165,6 +165,16 @@ TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
   EXPECT_EQ(Encode(*c.from, u"B", 100).result, 1);
   // JIS X 0212 characters take three bytes.
   EXPECT_EQ(Encode(*c.from, u"\u02D8", 3).hex, "8F A2 AF");
+
+  // Budgets from none to more than the call could ever write (where the
+  // converter stops asking) end on the same whole characters.
+  const char* expected[] = {"", "41", "41", "41 B0 A1"};
+  for (long budget = 0; budget <= 14; ++budget) {
+    Converters fresh(ExternalEncoding::EUCPkdFmtJapanese());
+    e = Encode(*fresh.from, u"A\u4E9CB", budget);
+    EXPECT_EQ(e.result, budget < 4 ? 7 : 1) << budget;
+    EXPECT_EQ(e.hex, budget < 4 ? expected[budget] : "41 B0 A1 42") << budget;
+  }
 }
 
 TEST(MBCSfromUnicode, ForcedDirectMappingWritesTheByte) {

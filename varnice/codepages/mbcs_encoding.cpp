@@ -1,5 +1,7 @@
 #include "varnice/codepages/mbcs_encoding.h"
 
+#include <algorithm>
+
 #include "varnice/codepages/mbcs_engine.h"
 
 using varnice::internal::DecodeMBCS;
@@ -70,10 +72,15 @@ MBCSfromUnicode::~MBCSfromUnicode() = default;
 int MBCSfromUnicode::Convert(const unsigned short*& in, const unsigned short* inEnd, char*& out,
                              const char* outEnd, long capacity) {
   const PassThrough pass(honourForcedMapping_, Behavior());
+  // A budget that covers everything this call could write (the room, or
+  // four bytes a unit) cannot run out, so the loop need not ask before each
+  // character, as with no budget at all.
+  const long most = std::min<long>(outEnd - out, 4 * (inEnd - in));
+  const bool unbounded = capacity == -1 || (!CapacityWasReached() && capacity >= most);
   // The finder recognises the stored table shapes, so that the loop below
   // searches their data inline rather than calling through the table.
   return FromUnicodeFinder(table_).With([&](const auto& find) {
-    return EncodeMBCS(find, pass, in, inEnd, out, outEnd, capacity == -1,
+    return EncodeMBCS(find, pass, in, inEnd, out, outEnd, unbounded,
                       [&](long n) { return ReachedCapacity(n, 0, capacity); });
   });
 }
