@@ -19,18 +19,8 @@ int Usage(FILE* out) {
   return out == stdout ? 0 : 2;
 }
 
-// Creates the catalogue's encodings (their factories register them).
-void RegisterCatalogue() {
-  // The Unicode forms (their variations generate the rest).
-  ExternalEncoding::Unicode20UTF8();
-  ExternalEncoding::Unicode20UTF7();
-  ExternalEncoding::Unicode20ByteStream();
-  ExternalEncoding::Unicode11BigEndian();
-  EncodingVariation::LittleEndian();
-}
-
 int List() {
-  RegisterCatalogue();
+  EncodingCatalogue::CreateAll();
   struct Row {
     std::string id, name, mime, codePage, nicknames;
   };

@@ -42,6 +42,7 @@ class VARNICE_API EncodingVariation {
   static EncodingVariation* BigEndian();          // 4
   static EncodingVariation* LittleEndian();       // 5
   static EncodingVariation* PlatformByteOrder();  // 6
+  static EncodingVariation* HPPrinter();          // 8
 
   // Lets every registered variation generate its variant of the encoding.
   static void GenerateVariantsOf(const InternalEncoding& encoding);

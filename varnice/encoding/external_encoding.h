@@ -57,6 +57,38 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   static ExternalEncoding* Lookup(const unsigned short* name);
   static ExternalEncoding* LookupCodePage(unsigned int cp);
 
+  // The table-driven code pages and ISO-2022-JP, each made on first call and
+  // kept until unload.
+  static ExternalEncoding* ASCII();
+  static ExternalEncoding* CP1252();
+  static ExternalEncoding* EUCPkdFmtJapanese();
+  static ExternalEncoding* HalfWidthKatakana();
+  static ExternalEncoding* ISO2022JP();
+  static ExternalEncoding* ISO87JISX0208();
+  static ExternalEncoding* ISOLatin1();
+  static ExternalEncoding* ISOLatin2();
+  static ExternalEncoding* ISOLatin3();
+  static ExternalEncoding* ISOLatin5();
+  static ExternalEncoding* PC850Multilingual();
+  static ExternalEncoding* PC8CodePage437();
+  static ExternalEncoding* ShiftJIS();
+  static ExternalEncoding* CP932();
+  static ExternalEncoding* CP852();
+  static ExternalEncoding* CP857();
+  static ExternalEncoding* CP860();
+  static ExternalEncoding* CP863();
+  static ExternalEncoding* CP870();
+  static ExternalEncoding* CP1250();
+  static ExternalEncoding* CP1254();
+  static ExternalEncoding* CP20105();
+  static ExternalEncoding* CP20290();
+  static ExternalEncoding* CP21027();
+  static ExternalEncoding* CP28599();
+  static ExternalEncoding* ISO_8859_15();
+  static ExternalEncoding* CCSID290();
+  static ExternalEncoding* CCSID942();
+  static ExternalEncoding* CCSID1027();
+
  protected:
   // Both forms register the encoding and let every variation generate its
   // variants of it.
