@@ -177,3 +177,19 @@ TEST(ISO2022JPEncoding, StreamStagesRoundTripAndShareTheBehaviour) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ISO2022JPEncoding, SinkEndsTheTextInASCIIWhenFlushed) {
+  using namespace testing_streams;
+  LinearAllocator arena(16384, __FILE__, __LINE__);
+  Collect8 bytes;
+  std::unique_ptr<Char16Sink> encode(ExternalEncoding::ISO2022JP()->CreateCharSinkFromUnicode(bytes, arena));
+  const unsigned short text[] = {u'A', 0x4E9C};
+  encode->Put(text, text + 2);
+  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21");
+  encode->Flush();
+  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21 1B 28 42");
+}
+
+}  // namespace
