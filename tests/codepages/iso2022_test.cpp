@@ -1,161 +1,195 @@
-// ISO-2022-JP reading and writing over the JIS tables.
+// ISO-2022-JP: reading and writing through ISO2022JPEncoding's converters,
+// its detector, and the stream stages built from it.
+#include "varnice/codepages/iso2022_encoding.h"
+
 #include <gtest/gtest.h>
 
-#include <string>
-
-#include "tests/codepages/engine_adapters.h"
-#include "varnice/codepages/iso2022_engine.h"
+#include "tests/codepages/converter_test_support.h"
+#include "tests/stream/stream_test_support.h"
+#include "varnice/encoding/unicode_lib_behavior.h"
 
 namespace {
 
 using namespace codepage_test;
 
-const ISO2022Subencoding kJP[] = {
-    {"\x1B(B", nullptr}, {"\x1B(J", nullptr}, {"\x1B$@", nullptr}, {"\x1B$B", nullptr}, {nullptr, nullptr}};
+ISO2022toUnicode& Reader(Converters& c) { return dynamic_cast<ISO2022toUnicode&>(*c.to); }
+ISO2022fromUnicode& Writer(Converters& c) { return dynamic_cast<ISO2022fromUnicode&>(*c.from); }
 
-struct Reader {
-  Decoder ascii{ASCIIToUnicodeTable()};
-  Decoder roman{HalfWidthKatakanaToUnicodeTable()};
-  Decoder kanji1{ISO87JISX0208ToUnicodeTable()};
-  Decoder kanji2{ISO87JISX0208ToUnicodeTable()};
-  Decoder* subs[4] = {&ascii, &roman, &kanji1, &kanji2};
-  ISO2022Reader<Decoder*> reader{kJP, 4, subs};
-  unsigned short buf[64];
+TEST(ISO2022JPEncoding, RegistryEntryAndSubencodings) {
+  ExternalEncoding* jp = ExternalEncoding::ISO2022JP();
+  EXPECT_EQ(ExternalEncoding::Lookup(TextEncodingID(14)), jp);
+  EXPECT_EQ(ExternalEncoding::Lookup("csISO2022JP"), jp);
+  EXPECT_TRUE(jp->IsTextModeSafe());
+  EXPECT_EQ(jp->SubstituteChar(), 0x1A);
+  auto& generic = dynamic_cast<GenericISO2022Encoding&>(*jp);
+  ASSERT_EQ(generic.CountSubencodings(), 4);
+  const ISO2022Subencoding* list = generic.GetSubencodings();
+  EXPECT_EQ(list[0].encoding, ExternalEncoding::ASCII());
+  EXPECT_EQ(list[1].encoding, ExternalEncoding::HalfWidthKatakana());
+  EXPECT_EQ(list[2].encoding, ExternalEncoding::ISO87JISX0208());
+  EXPECT_EQ(list[3].encoding, ExternalEncoding::ISO87JISX0208());
+  EXPECT_EQ(list[4].escape, nullptr);
+  EXPECT_EQ(list[4].encoding, nullptr);
+}
+
+TEST(ISO2022toUnicode, EscapesSelectSubencodings) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  auto d = Decode(*c.to, "\x1B$B\x30\x21\x1B(BA");
+  EXPECT_EQ(d.result, 1);
+  EXPECT_EQ(d.units, u"\u4E9CA");
+  EXPECT_EQ(Reader(c).CurrentSubencoding(), 0);
+  // The old JIS X 0208 escape reads the same table; JIS X 0201 Roman has the
+  // yen sign where ASCII has the backslash.
+  EXPECT_EQ(Decode(*c.to, "\x1B$@\x30\x21\x1B(J\x5C").units, u"\u4E9C\u00A5");
+  c.to->Reset();
+  EXPECT_EQ(Decode(*c.to, "\x5C").units, u"\\") << "Reset returns to ASCII";
+}
+
+TEST(ISO2022toUnicode, EscapeAndCharacterSplitAcrossBlocks) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  auto d = Decode(*c.to, "A\x1B$");
+  EXPECT_EQ(d.result, 1);
+  EXPECT_EQ(d.consumed, 3u);
+  EXPECT_EQ(d.units, u"A") << "the partial escape waits";
+  EXPECT_EQ(Decode(*c.to, "B\x30").units, u"");
+  EXPECT_EQ(Reader(c).CurrentSubencoding(), 3);
+  EXPECT_EQ(Decode(*c.to, "\x21").units, u"\u4E9C");
+}
+
+TEST(ISO2022toUnicode, UnknownOrIncompleteEscapeIsAnEscapeCharacter) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  EXPECT_EQ(Decode(*c.to, "\x1B(IA").units, u"\x1B(IA");
+  EXPECT_EQ(Decode(*c.to, "\x1B").units, u"");
+  unsigned short buf[4];
   unsigned short* out = buf;
-
-  int Feed(std::string const& bytes) {
-    char const* in = bytes.data();
-    int r = reader.Convert(in, in + bytes.size(), out, buf + 64);
-    EXPECT_TRUE(r != 1 || in == bytes.data() + bytes.size());
-    return r;
-  }
-  std::u16string Units() const { return std::u16string(buf, static_cast<unsigned short const*>(out)); }
-};
-
-TEST(ISO2022JPRead, EscapesSelectSubencodings) {
-  Reader r;
-  EXPECT_EQ(r.Feed("\x1B$B\x30\x21\x1B(BA"), 1);
-  EXPECT_EQ(r.Units(), u"\u4E9CA");
-  EXPECT_EQ(r.reader.Current(), 0);
-  // The old JIS X 0208 escape reads the same table; JIS X 0201 Roman has the yen sign.
-  EXPECT_EQ(r.Feed("\x1B$@\x30\x21\x1B(J\x5C"), 1);
-  EXPECT_EQ(r.Units(), u"\u4E9CA\u4E9C\u00A5");
+  EXPECT_EQ(c.to->Finish(out, buf + 4), 0);
+  EXPECT_EQ(std::u16string(buf, out), u"\x1B");
 }
 
-TEST(ISO2022JPRead, EscapeAndCharacterSplitAcrossBlocks) {
-  Reader r;
-  EXPECT_EQ(r.Feed("A\x1B$"), 1);
-  EXPECT_EQ(r.Units(), u"A") << "partial escape stays pending";
-  EXPECT_EQ(r.Feed("B\x30"), 1);
-  EXPECT_EQ(r.reader.Current(), 3);
-  EXPECT_EQ(r.Feed("\x21"), 1);
-  EXPECT_EQ(r.Units(), u"A\u4E9C");
+TEST(ISO2022toUnicode, HeldBytesConvertOnTheNextCallWithoutNewInput) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  // 0x30 0x7F has no character in JIS X 0208; all of the block is taken in.
+  auto d = Decode(*c.to, "\x1B$B\x30\x7F\x30\x21");
+  EXPECT_EQ(d.result, 4);
+  EXPECT_EQ(d.consumed, 7u);
+  d = Decode(*c.to, "");
+  EXPECT_EQ(d.result, 1);
+  EXPECT_EQ(d.units, u"\u4E9C");
+  // Output full: the rest comes with the next call.
+  c.to->Reset();
+  d = Decode(*c.to, "ABC", 1);
+  EXPECT_EQ(d.result, 2);
+  EXPECT_EQ(d.units, u"A");
+  EXPECT_EQ(Decode(*c.to, "").units, u"BC");
 }
 
-TEST(ISO2022JPRead, UnknownOrIncompleteEscapeIsAnEscapeCharacter) {
-  Reader r;
-  EXPECT_EQ(r.Feed("\x1B(IA"), 1);
-  EXPECT_EQ(r.Units(), u"\x1B(IA");
-  EXPECT_EQ(r.Feed("\x1B"), 1);
-  EXPECT_EQ(r.Units().size(), 4u);
-  EXPECT_EQ(r.reader.Finish(r.out, r.buf + 64), 0);
-  EXPECT_EQ(r.Units(), u"\x1B(IA\x1B");
-}
-
-TEST(ISO2022JPRead, SubconverterCodesPassUpAndResume) {
-  Reader r;
-  // 0x30 0x7F has no character in JIS X 0208.
-  std::string bytes = "\x1B$B\x30\x7F\x30\x21";
-  char const* in = bytes.data();
-  char const* end = in + bytes.size();
-  EXPECT_EQ(r.reader.Convert(in, end, r.out, r.buf + 64), 4);
-  EXPECT_EQ(in, end) << "all of it went into the buffer";
-  // With no input left the rest waits in the buffer for more input or Finish.
-  EXPECT_EQ(r.reader.Convert(in, end, r.out, r.buf + 64), 1);
-  EXPECT_EQ(r.reader.Finish(r.out, r.buf + 64), 0);
-  EXPECT_EQ(r.Units(), u"\u4E9C");
-  // Output full: nothing lost, the rest converts on the next call.
-  Reader small;
-  std::string two = "AB";
-  in = two.data();
-  EXPECT_EQ(small.reader.Convert(in, in + 2, small.out, small.buf + 1), 2);
-  EXPECT_EQ(small.reader.Finish(small.out, small.buf + 64), 0);
-  EXPECT_EQ(small.Units(), u"AB");
-}
-
-struct Writer {
-  Encoder ascii{ASCIIFromUnicodeTable()};
-  Encoder roman{HalfWidthKatakanaFromUnicodeTable()};
-  Encoder kanji1{ISO87JISX0208FromUnicodeTable()};
-  Encoder kanji2{ISO87JISX0208FromUnicodeTable()};
-  Encoder* subs[4] = {&ascii, &roman, &kanji1, &kanji2};
-  ISO2022Writer<Encoder*> writer{kJP, 4, subs};
-  bool flag = false;
-  char buf[64];
+TEST(ISO2022fromUnicode, RomanForYenAndBackAtTheEnd) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  auto e = Encode(*c.from, u"A\u00A5B");
+  EXPECT_EQ(e.result, 1);
+  EXPECT_EQ(e.hex, "41 1B 28 4A 5C 42");
+  char buf[4];
   char* out = buf;
-
-  int Write(std::u16string const& text, long capacity = -1, long room = 64) {
-    auto const* in = reinterpret_cast<unsigned short const*>(text.data());
-    return writer.Convert(
-        in, in + text.size(), out, out + room, capacity, ChooseISO2022JP,
-        [&](long n, long reserve, long& cap) { return Reached(flag, n, reserve, cap); }, [&] { flag = true; });
-  }
-  std::string Bytes() const { return Hex(buf, out); }
-};
-
-TEST(ISO2022JPWrite, RomanForYenAndBackAtTheEnd) {
-  Writer w;
-  EXPECT_EQ(w.Write(u"A\u00A5B"), 1);
-  EXPECT_EQ(w.Bytes(), "41 1B 28 4A 5C 42");
-  EXPECT_EQ(w.writer.Finish(w.out), 0);
-  EXPECT_EQ(w.Bytes(), "41 1B 28 4A 5C 42 1B 28 42");
+  EXPECT_EQ(c.from->Finish(out, buf + 4), 0);
+  EXPECT_EQ(Hex(buf, out), "1B 28 42");
+  out = buf;
+  EXPECT_EQ(c.from->Finish(out, buf + 4), 0);
+  EXPECT_EQ(out, buf) << "nothing more once back in ASCII";
 }
 
-TEST(ISO2022JPWrite, BackslashLeavesRoman) {
-  Writer w;
-  EXPECT_EQ(w.Write(u"\u00A5\\\u4E9C"), 1);
-  EXPECT_EQ(w.Bytes(), "1B 28 4A 5C 1B 28 42 5C 1B 24 42 30 21");
-  EXPECT_EQ(w.writer.Finish(w.out), 0);
-  EXPECT_EQ(w.Bytes(), "1B 28 4A 5C 1B 28 42 5C 1B 24 42 30 21 1B 28 42");
+TEST(ISO2022fromUnicode, BackslashLeavesRoman) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  EXPECT_EQ(Encode(*c.from, u"\u00A5\\\u4E9C").hex, "1B 28 4A 5C 1B 28 42 5C 1B 24 42 30 21");
+  EXPECT_EQ(Writer(c).CurrentSubencoding(), 3);
 }
 
-TEST(ISO2022JPWrite, NoRoomWritesNoEscape) {
-  Writer w;
-  EXPECT_EQ(w.Write(u"\u4E9C", -1, 2), 2);
-  EXPECT_EQ(w.out, w.buf);
-  EXPECT_EQ(w.writer.Current(), 0);
+TEST(ISO2022fromUnicode, NoRoomWritesNoEscape) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  auto e = Encode(*c.from, u"\u4E9C", -1, 2);
+  EXPECT_EQ(e.result, 2);
+  EXPECT_EQ(e.hex, "");
+  EXPECT_EQ(Writer(c).CurrentSubencoding(), 0);
+  // Finish never writes past the room it is given.
+  Encode(*c.from, u"\u4E9C");
+  char buf[2];
+  char* out = buf;
+  EXPECT_EQ(c.from->Finish(out, buf + 2), 2);
+  EXPECT_EQ(out, buf);
 }
 
-TEST(ISO2022JPWrite, CapacityKeepsRoomForTheFinalEscape) {
-  Writer w;
+TEST(ISO2022fromUnicode, CapacityKeepsRoomForTheFinalEscape) {
+  Converters c(ExternalEncoding::ISO2022JP());
   // Escape (3) + kept for the way back (3) + the kanji (2) = 8.
-  EXPECT_EQ(w.Write(u"\u4E9C", 7), 7);
-  EXPECT_EQ(w.Bytes(), "1B 24 42") << "the escape fits, the kanji does not";
-  EXPECT_TRUE(w.flag);
-  EXPECT_EQ(w.writer.Finish(w.out), 0);
-  EXPECT_EQ(w.Bytes(), "1B 24 42 1B 28 42");
-
-  Writer fits;
-  EXPECT_EQ(fits.Write(u"\u4E9C", 8), 1);
-  EXPECT_EQ(fits.Bytes(), "1B 24 42 30 21");
+  auto e = Encode(*c.from, u"\u4E9C", 7);
+  EXPECT_EQ(e.result, 7);
+  EXPECT_EQ(e.hex, "1B 24 42") << "the escape fits, the kanji does not";
+  EXPECT_TRUE(c.from->CapacityWasReached());
+  EXPECT_EQ(Encode(*c.from, u"A", 100).result, 7) << "refused until Reset";
+  c.from->Reset();
+  EXPECT_EQ(Writer(c).CurrentSubencoding(), 0);
+  e = Encode(*c.from, u"\u4E9C", 8);
+  EXPECT_EQ(e.result, 1);
+  EXPECT_EQ(e.hex, "1B 24 42 30 21");
 }
 
-TEST(ISO2022JPWrite, UnmappableCharacterPassesUp) {
-  Writer w;
-  EXPECT_EQ(w.Write(u"\u00E9A"), 5) << "e-acute is chosen for JIS X 0208, which lacks it";
-  EXPECT_EQ(w.Bytes(), "1B 24 42");
+TEST(ISO2022fromUnicode, UnmappableCharacterPassesUp) {
+  Converters c(ExternalEncoding::ISO2022JP());
+  auto e = Encode(*c.from, u"\u00E9A");
+  EXPECT_EQ(e.result, 5) << "e-acute is chosen for JIS X 0208, which lacks it";
+  EXPECT_EQ(e.hex, "1B 24 42");
+  EXPECT_EQ(e.consumed, 1u);
 }
 
-TEST(ISO2022JPDetect, CountsSwitchingEscapesOncePenalisesHighBytes) {
-  std::string text = "ab\x1B$B\x30\x21\x1B(B\x1B(J\x80";
-  char const* s = text.data();
-  EXPECT_EQ(ScoreISO2022JP(s, s, s + text.size()), 2 - 1);
-  // Split inside the second escape: each scan sees it once in all.
-  int total = 0;
+TEST(ISO2022JPDetector, CountsSwitchingEscapesOncePenalisesHighBytes) {
+  const std::string text = "ab\x1B$B\x30\x21\x1B(B\x1B(J\x80";
+  const char* s = text.data();
+  LinearAllocator arena(256, __FILE__, __LINE__);
   for (std::size_t cut = 0; cut <= text.size(); ++cut) {
-    total = ScoreISO2022JP(s, s, s + cut) + ScoreISO2022JP(s, s + cut, s + text.size());
-    EXPECT_EQ(total, 1) << cut;
+    std::unique_ptr<ExternalEncodingDetector> d(ExternalEncoding::ISO2022JP()->CreateEncodingDetector(arena));
+    d->Scan(s, s, s + cut);
+    d->Scan(s, s + cut, s + text.size());
+    EXPECT_EQ(d->Score(), 2 - 1) << cut;
+    EXPECT_EQ(d->TieBreaker(), 0);
   }
+}
+
+TEST(ISO2022JPEncoding, StreamStagesRoundTripAndShareTheBehaviour) {
+  using namespace testing_streams;
+  LinearAllocator arena(16384, __FILE__, __LINE__);
+  Chunk16Source text({u"A\u4E9C", u"\u00A5B"});
+  std::unique_ptr<CharSource> encoded(ExternalEncoding::ISO2022JP()->CreateCharSourceFromUnicode(text, arena));
+  Collect8 bytes;
+  bytes.Put(*encoded);
+  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21 1B 28 4A 5C 42 1B 28 42");
+
+  // Read back in blocks that split both escapes; the behaviour given to the
+  // stage reaches the subencodings' converters (0x80 passes through ASCII).
+  UnicodeLibBehavior passThrough;
+  passThrough.SetForcedDirectMapping("\x80");
+  const std::string all = bytes.text + "\x80";
+  ChunkSource pieces({all.substr(0, 2), all.substr(2, 9), all.substr(11)});
+  std::unique_ptr<ExternalEncoding::ToUnicodeSource> decoded(
+      ExternalEncoding::ISO2022JP()->CreateCharSourceToUnicode(pieces, arena));
+  decoded->SetBehavior(&passThrough);
+  Collect16 units;
+  units.Put(*decoded);
+  EXPECT_EQ(units.text, u"A\u4E9C\u00A5B\u0080");
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ISO2022JPEncoding, SinkEndsTheTextInASCIIWhenFlushed) {
+  using namespace testing_streams;
+  LinearAllocator arena(16384, __FILE__, __LINE__);
+  Collect8 bytes;
+  std::unique_ptr<Char16Sink> encode(ExternalEncoding::ISO2022JP()->CreateCharSinkFromUnicode(bytes, arena));
+  const unsigned short text[] = {u'A', 0x4E9C};
+  encode->Put(text, text + 2);
+  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21");
+  encode->Flush();
+  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21 1B 28 42");
 }
 
 }  // namespace

@@ -23,11 +23,8 @@ int Usage(FILE* out) {
   return out == stdout ? 0 : 2;
 }
 
-// Creates the catalogue's encodings (their factories register them).
-void RegisterCatalogue() {}
-
 int List() {
-  RegisterCatalogue();
+  EncodingCatalogue::CreateAll();
   struct Row {
     std::string id, name, mime, codePage, nicknames;
   };

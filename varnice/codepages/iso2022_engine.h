@@ -52,6 +52,13 @@ class ISO2022Reader {
       : list_(list), count_(count), subs_(subs) {}
 
   int Convert(char const*& in, char const* inEnd, unsigned short*& out, unsigned short const* outEnd) {
+    // Bytes left over from the last call (it stopped at a problem or with
+    // the output full) go first, even when no new input comes: a converting
+    // sink is never finished, and would otherwise hold them back for good.
+    if (begin_ != end_) {
+      int r = Work(out, outEnd, false);
+      if (r != 1) return r;
+    }
     while (in != inEnd) {
       if (out == outEnd) return 2;
       std::memmove(buffer_, buffer_ + begin_, end_ - begin_);
@@ -81,6 +88,8 @@ class ISO2022Reader {
   }
 
   int Current() const { return current_; }
+  Sub const* Subs() const { return subs_; }
+  int Count() const { return count_; }
 
  private:
   int Work(unsigned short*& out, unsigned short const* outEnd, bool finishing) {
@@ -160,9 +169,11 @@ class ISO2022Writer {
     }
   }
 
-  // Returns to subencoding 0, into the room kept for it.
-  int Finish(char*& out) {
+  // Returns to subencoding 0, into the room kept for it; 2 only when a
+  // caller gives less room than Convert left.
+  int Finish(char*& out, char const* outEnd) {
     if (current_ != 0) {
+      if (outEnd - out < 3) return 2;
       std::memcpy(out, list_[0].escape, 3);
       out += 3;
       current_ = 0;
@@ -176,6 +187,8 @@ class ISO2022Writer {
   }
 
   int Current() const { return current_; }
+  Sub const* Subs() const { return subs_; }
+  int Count() const { return count_; }
 
  private:
   ISO2022Subencoding const* list_;

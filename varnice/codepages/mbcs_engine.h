@@ -5,6 +5,7 @@
 #ifndef VARNICE_CODEPAGES_MBCS_ENGINE_H_
 #define VARNICE_CODEPAGES_MBCS_ENGINE_H_
 
+#include <cstdint>
 #include <cstring>
 
 #include "varnice/codepages/code_page_table_shapes.h"
@@ -47,6 +48,13 @@ class PassThrough {
 
 using MBCSAction = FiniteStateMachineAction<unsigned short>;
 
+// Whether the action writes a code unit and ends the character. Both tests
+// in one comparison: a next state other than 0 lifts the value above any
+// code unit.
+inline bool CompleteUnit(MBCSAction a) {
+  return (static_cast<std::uint32_t>(a.nextState) << 16 | a.output) < MBCStoUnicodeTable::kInvalid;
+}
+
 // Steps the trie over [in, inEnd), writing code units to [out, outEnd).
 // Returns 1 when the input is used up, 2 when there is no room for a code
 // unit (checked before every byte), 4 after consuming an invalid byte. state
@@ -60,17 +68,19 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       // next, so whole characters of one or two bytes are converted in a
       // tight loop; anything else (an invalid byte, a longer code, a lead
       // byte at the end of the block) is left to the general step below.
-      while (in != inEnd && out != outEnd) {
+      // No character writes more units than it reads bytes, so while in is
+      // short of stop there is room for one more unit: one bound suffices.
+      unsigned char const* stop = in + (inEnd - in < outEnd - out ? inEnd - in : outEnd - out);
+      while (in != stop) {
         MBCSAction a = actions[*in];
-        if (a.output < MBCStoUnicodeTable::kInvalid) {
-          if (a.nextState != 0) break;
+        if (CompleteUnit(a)) {
           *out++ = a.output;
           ++in;
           continue;
         }
-        if (a.output != MBCStoUnicodeTable::kNoOutput || inEnd - in < 2) break;
+        if (a.output != MBCStoUnicodeTable::kNoOutput || stop - in < 2) break;
         MBCSAction t = actions[a.nextState * 256u + in[1]];
-        if (t.output >= MBCStoUnicodeTable::kInvalid || t.nextState != 0) break;
+        if (!CompleteUnit(t)) break;
         *out++ = t.output;
         in += 2;
       }
@@ -227,8 +237,19 @@ class FromUnicodeFinder {
       });
     }
     if (delta_ != nullptr) {
-      return body([runs = delta_->Runs(), count = delta_->Count()](unsigned short u, unsigned long& code) {
-        return CodePageDeltaTable::Find(runs, count, u, code);
+      // Text keeps to a few runs (Latin letters, then kana, ...), so the run
+      // of the last unit is tried before searching.
+      ChunkTableEntryUSL const* lastRun = nullptr;
+      return body([runs = delta_->Runs(), count = delta_->Count(), last = &lastRun](unsigned short u,
+                                                                                      unsigned long& code) {
+        ChunkTableEntryUSL const* run = *last;
+        if (run == nullptr || u < run->first || u > run->last) {
+          run = FindChunk(runs, count, u);
+          if (run == nullptr) return false;
+          *last = run;
+        }
+        code = static_cast<std::uint32_t>(u + run->value);
+        return true;
       });
     }
     return body([t = &table_](unsigned short u, unsigned long& code) { return t->LookupUnsignedLong(u, code); });

@@ -34,6 +34,16 @@ class VARNICE_API EncodingVariation {
   static EncodingVariation* Lookup(const char* name);
   // Null for the empty or a multi-variation chain.
   static EncodingVariation* Lookup(EncodingVariationID id);
+  // The built-in variations, each made on first call; a new one at once
+  // generates its variants of the encodings already registered.
+  static EncodingVariation* ByteOrderMark();      // 1
+  static EncodingVariation* UTF7();               // 2
+  static EncodingVariation* UTF8();               // 3
+  static EncodingVariation* BigEndian();          // 4
+  static EncodingVariation* LittleEndian();       // 5
+  static EncodingVariation* PlatformByteOrder();  // 6
+  static EncodingVariation* HPPrinter();          // 8
+
   // Lets every registered variation generate its variant of the encoding.
   static void GenerateVariantsOf(const InternalEncoding& encoding);
   static void GenerateVariantsOf(const ExternalEncoding& encoding);

@@ -37,6 +37,18 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   // Null when the encoding cannot be detected.
   virtual ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const;
 
+  // The Unicode forms, made (with their variation) on first call: UTF-8 and
+  // UTF-7 of Unicode 2.0 and 1.1; their big-endian two-byte forms; and
+  // ("UCS-2") the host-order two-byte form with a byte-order mark.
+  static ExternalEncoding* Unicode20UTF8();
+  static ExternalEncoding* Unicode11UTF8();
+  static ExternalEncoding* Unicode20UTF7();
+  static ExternalEncoding* Unicode11UTF7();
+  static ExternalEncoding* Unicode20BigEndian();
+  static ExternalEncoding* Unicode11BigEndian();
+  static ExternalEncoding* Unicode20ByteStream();
+  static ExternalEncoding* Unicode11ByteStream();
+
   // The registry, restricted to external encodings.
   static unsigned int Count();
   static ExternalEncoding* Lookup(unsigned int index);
@@ -44,6 +56,38 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   static ExternalEncoding* Lookup(const char* name);
   static ExternalEncoding* Lookup(const unsigned short* name);
   static ExternalEncoding* LookupCodePage(unsigned int cp);
+
+  // The table-driven code pages and ISO-2022-JP, each made on first call and
+  // kept until unload.
+  static ExternalEncoding* ASCII();
+  static ExternalEncoding* CP1252();
+  static ExternalEncoding* EUCPkdFmtJapanese();
+  static ExternalEncoding* HalfWidthKatakana();
+  static ExternalEncoding* ISO2022JP();
+  static ExternalEncoding* ISO87JISX0208();
+  static ExternalEncoding* ISOLatin1();
+  static ExternalEncoding* ISOLatin2();
+  static ExternalEncoding* ISOLatin3();
+  static ExternalEncoding* ISOLatin5();
+  static ExternalEncoding* PC850Multilingual();
+  static ExternalEncoding* PC8CodePage437();
+  static ExternalEncoding* ShiftJIS();
+  static ExternalEncoding* CP932();
+  static ExternalEncoding* CP852();
+  static ExternalEncoding* CP857();
+  static ExternalEncoding* CP860();
+  static ExternalEncoding* CP863();
+  static ExternalEncoding* CP870();
+  static ExternalEncoding* CP1250();
+  static ExternalEncoding* CP1254();
+  static ExternalEncoding* CP20105();
+  static ExternalEncoding* CP20290();
+  static ExternalEncoding* CP21027();
+  static ExternalEncoding* CP28599();
+  static ExternalEncoding* ISO_8859_15();
+  static ExternalEncoding* CCSID290();
+  static ExternalEncoding* CCSID942();
+  static ExternalEncoding* CCSID1027();
 
  protected:
   // Both forms register the encoding and let every variation generate its

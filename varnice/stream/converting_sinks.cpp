@@ -79,7 +79,18 @@ void CharSink_16_to_8::SetBehavior(UnicodeLibBehavior* behavior) {
   UnicodeLibActor::SetBehavior(behavior);
 }
 
-void CharSink_16_to_8::Flush() { output_.Flush(); }
+// A flush ends the text written so far: the converter writes what returns it
+// to its initial state (a UTF-7 run is closed, an ISO-2022 text switches back
+// to its first set), so the output is complete at every flush.
+void CharSink_16_to_8::Flush() {
+  if (!converter_->CapacityWasReached()) {
+    char buffer[kBufferBytes];
+    char* out = buffer;
+    converter_->Finish(out, buffer + kBufferBytes);
+    if (out != buffer) output_.PutBuffer(buffer, out);
+  }
+  output_.Flush();
+}
 
 void CharSink_16_to_8::PutBuffer(const unsigned short* begin, const unsigned short* end) {
   InternalPut(begin, end != nullptr ? end : EndOf(begin), true);

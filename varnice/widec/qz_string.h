@@ -25,6 +25,8 @@
 #include "varnice/varnice_export.h"
 #include "varnice/widec/qz_basic_string.h"
 
+class ExternalEncoding;
+
 class VARNICE_API qz_string {
  public:
   using value_type = char;
@@ -39,6 +41,12 @@ class VARNICE_API qz_string {
   qz_string(const char* s);               // NUL-terminated; null is empty
   qz_string(const char* s, size_type n);  // null is empty
   qz_string(size_type count, char c);
+  // UTF-16 text converted to the encoding through an
+  // InternalEncodingConverterSink, with the default behaviour deciding what
+  // happens to characters the encoding lacks. The first form takes text
+  // terminated by a 0 unit; null is empty.
+  qz_string(const unsigned short* s, const ExternalEncoding& encoding);
+  qz_string(const unsigned short* s, size_type n, const ExternalEncoding& encoding);
   ~qz_string();
 
   qz_string& operator=(const qz_string& other) noexcept;

@@ -8,6 +8,8 @@
 #include "varnice/varnice_export.h"
 #include "varnice/widec/qz_basic_string.h"
 
+class ExternalEncoding;
+
 class VARNICE_API qz_wstring {
  public:
   using value_type = unsigned short;
@@ -22,6 +24,12 @@ class VARNICE_API qz_wstring {
   qz_wstring(const unsigned short* s);               // 0-terminated; null is empty
   qz_wstring(const unsigned short* s, size_type n);  // null is empty
   qz_wstring(size_type count, unsigned short c);
+  // Bytes in the encoding decoded to UTF-16 through an
+  // ExternalEncodingConverterSink, with the default behaviour deciding what
+  // happens to undecodable bytes. The first form takes NUL-terminated text;
+  // null is empty.
+  qz_wstring(const char* s, const ExternalEncoding& encoding);
+  qz_wstring(const char* s, size_type n, const ExternalEncoding& encoding);
   ~qz_wstring();
 
   qz_wstring& operator=(const qz_wstring& other) noexcept;

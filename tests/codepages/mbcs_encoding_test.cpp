@@ -1,0 +1,241 @@
+// The code-page encodings: their registry entries, their converters at the
+// edges of the block contract, their detector, and the stream stages built
+// from them.
+#include "varnice/codepages/mbcs_encoding.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/codepages/converter_test_support.h"
+#include "tests/stream/stream_test_support.h"
+#include "varnice/encoding/encoding_variation.h"
+#include "varnice/encoding/unicode_lib_behavior.h"
+#include "varnice/stream/converting_sources.h"
+
+namespace {
+
+using namespace codepage_test;
+
+struct Entry {
+  ExternalEncoding* (*factory)();
+  unsigned long number;
+  const char* name;
+  const char* mime;
+  unsigned int codePage;
+  bool ascii;
+};
+
+TEST(CodePageCatalogue, FactoriesRegisterTheirEntries) {
+  const Entry entries[] = {
+      {&ExternalEncoding::ASCII, 3, "ASCII", "US-ASCII", 367, true},
+      {&ExternalEncoding::CP1252, 8, "CP1252", nullptr, 1252, true},
+      {&ExternalEncoding::EUCPkdFmtJapanese, 10, "EUC-J", "EUC-JP", 0, true},
+      {&ExternalEncoding::HalfWidthKatakana, 12, "JIS_X0201", nullptr, 0, true},
+      {&ExternalEncoding::ISO87JISX0208, 16, "JIS_X_0208", nullptr, 0, false},
+      {&ExternalEncoding::ISOLatin1, 17, "Latin1", "ISO-8859-1", 819, true},
+      {&ExternalEncoding::ISOLatin2, 18, "Latin2", "ISO-8859-2", 0, true},
+      {&ExternalEncoding::ISOLatin3, 19, "Latin3", "ISO-8859-3", 0, true},
+      {&ExternalEncoding::ISOLatin5, 21, "Latin5", "ISO-8859-9", 0, true},
+      {&ExternalEncoding::PC850Multilingual, 30, "CP850", nullptr, 850, true},
+      {&ExternalEncoding::PC8CodePage437, 31, "CP437", nullptr, 437, true},
+      {&ExternalEncoding::ShiftJIS, 32, "Shift-JIS", "Shift_JIS", 0, true},
+      {&ExternalEncoding::CP932, 33, "CP932", nullptr, 932, true},
+      {&ExternalEncoding::CP852, 45, "CP852", nullptr, 852, true},
+      {&ExternalEncoding::CP857, 47, "CP857", nullptr, 857, true},
+      {&ExternalEncoding::CP860, 48, "CP860", nullptr, 860, true},
+      {&ExternalEncoding::CP863, 51, "CP863", nullptr, 863, true},
+      {&ExternalEncoding::CP870, 56, "CP870", nullptr, 870, false},
+      {&ExternalEncoding::CP1250, 62, "CP1250", nullptr, 1250, true},
+      {&ExternalEncoding::CP1254, 64, "CP1254", nullptr, 1254, true},
+      {&ExternalEncoding::CP20105, 84, "CP20105", nullptr, 20105, true},
+      {&ExternalEncoding::CP20290, 93, "CP20290", nullptr, 20290, false},
+      {&ExternalEncoding::CP21027, 104, "CP21027", nullptr, 21027, true},
+      {&ExternalEncoding::CP28599, 112, "CP28599", nullptr, 28599, true},
+      {&ExternalEncoding::ISO_8859_15, 136, "ISO-8859-15", nullptr, 0, true},
+      {&ExternalEncoding::CCSID290, 139, "CCSID-290", nullptr, 0, false},
+      {&ExternalEncoding::CCSID942, 140, "CCSID-942", nullptr, 0, true},
+      {&ExternalEncoding::CCSID1027, 141, "CCSID-1027", nullptr, 0, false},
+  };
+  for (const Entry& e : entries) {
+    SCOPED_TRACE(e.name);
+    ExternalEncoding* encoding = e.factory();
+    ASSERT_NE(dynamic_cast<MBCSEncoding*>(encoding), nullptr);
+    EXPECT_EQ(e.factory(), encoding) << "one object per code page";
+    EXPECT_EQ(ExternalEncoding::Lookup(TextEncodingID(e.number)), encoding);
+    EXPECT_STREQ(encoding->Name(), e.name);
+    EXPECT_STREQ(encoding->MimeName(), e.mime);
+    EXPECT_EQ(encoding->CodePage(), e.codePage);
+    EXPECT_EQ(encoding->IsBasedOnASCII(), e.ascii);
+    EXPECT_EQ(encoding->IsTextModeSafe(), e.ascii);
+    // 0x1A is a character of the EBCDIC pages.
+    EXPECT_EQ(encoding->SubstituteChar(), e.ascii ? 0x1A : 0x7F);
+  }
+}
+
+TEST(CodePageCatalogue, NamesAndCodePagesFindTheEncodings) {
+  ExternalEncoding* sjis = ExternalEncoding::ShiftJIS();
+  EXPECT_EQ(TextEncoding::Lookup("shift jis", 0), sjis);
+  EXPECT_EQ(TextEncoding::Lookup("SHIFT_JIS", 1), sjis);
+  EXPECT_EQ(TextEncoding::Lookup("MS-Kanji", 0), sjis);
+  EXPECT_EQ(TextEncoding::Lookup("Shift_JIS", 2), nullptr);
+  EXPECT_EQ(ExternalEncoding::LookupCodePage(1252), ExternalEncoding::CP1252());
+  EXPECT_EQ(ExternalEncoding::Lookup("ISO/IEC 8859-15"), ExternalEncoding::ISO_8859_15());
+}
+
+TEST(MBCStoUnicode, CharacterSplitAcrossBlocksAndDroppedAtTheEnd) {
+  Converters c(ExternalEncoding::ShiftJIS());
+  auto d = Decode(*c.to, "A\x81");
+  EXPECT_EQ(d.result, 1);
+  EXPECT_EQ(d.units, u"A") << "the lead byte waits in the state";
+  d = Decode(*c.to, "\x40");
+  EXPECT_EQ(d.units, u"\u3000");
+
+  Decode(*c.to, "\x81");
+  unsigned short buf[4];
+  unsigned short* out = buf;
+  EXPECT_EQ(c.to->Finish(out, buf + 4), 0);
+  EXPECT_EQ(out, buf) << "an incomplete character is dropped";
+  EXPECT_EQ(Decode(*c.to, "\x40").result, 1) << "and the next text starts afresh";
+}
+
+TEST(MBCStoUnicode, InvalidBytesAreConsumedAndReported) {
+  Converters c(ExternalEncoding::ShiftJIS());
+  auto d = Decode(*c.to, "\x80" "B");
+  EXPECT_EQ(d.result, 4);
+  EXPECT_EQ(d.consumed, 1u);
+  EXPECT_EQ(Decode(*c.to, "B").units, u"B");
+  // An unassigned trail byte is consumed with its lead.
+  d = Decode(*c.to, "\x81\x7F" "C");
+  EXPECT_EQ(d.result, 4);
+  EXPECT_EQ(d.consumed, 2u);
+  EXPECT_EQ(Decode(*c.to, "C").units, u"C");
+}
+
+TEST(MBCStoUnicode, NoOutputRoomConsumesNothing) {
+  Converters c(ExternalEncoding::ShiftJIS());
+  auto d = Decode(*c.to, "\x81\x40", 0);
+  EXPECT_EQ(d.result, 2);
+  EXPECT_EQ(d.consumed, 0u) << "not even a lead byte that would write nothing";
+  EXPECT_EQ(Decode(*c.to, "", 0).result, 1) << "input used up is checked first";
+}
+
+TEST(MBCStoUnicode, ForcedDirectMappingBetweenCharactersOnASCIIPagesOnly) {
+  UnicodeLibBehavior behavior;
+  behavior.SetForcedDirectMapping("\x80\xC1");
+  Converters sjis(ExternalEncoding::ShiftJIS());
+  sjis.to->SetBehavior(&behavior);
+  auto d = Decode(*sjis.to, std::string("\x80\x00\x81\x80", 4));
+  EXPECT_EQ(d.result, 1);
+  EXPECT_EQ(d.units, std::u16string(u"\u0080") + u'\0' + u"\u00F7") << "0x81 0x80 is a character";
+
+  // EBCDIC: 0xC1 is the letter A, mapping or not.
+  Converters ebcdic(ExternalEncoding::CP870());
+  ebcdic.to->SetBehavior(&behavior);
+  EXPECT_EQ(Decode(*ebcdic.to, "\xC1").units, u"A");
+}
+
+TEST(MBCSfromUnicode, NeedsFourBytesOfRoom) {
+  Converters c(ExternalEncoding::ISOLatin1());
+  auto e = Encode(*c.from, u"A", -1, 3);
+  EXPECT_EQ(e.result, 2);
+  EXPECT_EQ(e.consumed, 0u);
+  e = Encode(*c.from, u"A", -1, 4);
+  EXPECT_EQ(e.result, 1);
+  EXPECT_EQ(e.hex, "41");
+}
+
+TEST(MBCSfromUnicode, UnmappedUnitIsConsumedAndReported) {
+  Converters c(ExternalEncoding::ShiftJIS());
+  auto e = Encode(*c.from, u"\u00E9\u3000");
+  EXPECT_EQ(e.result, 5);
+  EXPECT_EQ(e.consumed, 1u);
+  EXPECT_EQ(e.hex, "");
+  EXPECT_EQ(Encode(*c.from, u"\u3000").hex, "81 40");
+  EXPECT_EQ(dynamic_cast<MBCSEncoding&>(*ExternalEncoding::ShiftJIS()).FromUnicode(0x00E9), 0xFFFDu);
+}
+
+TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
+  Converters c(ExternalEncoding::EUCPkdFmtJapanese());
+  auto e = Encode(*c.from, u"A\u4E9CB", 2);
+  EXPECT_EQ(e.result, 7);
+  EXPECT_EQ(e.hex, "41") << "the two-byte code does not fit the one byte left";
+  EXPECT_EQ(e.consumed, 2u) << "the refused unit is consumed";
+  EXPECT_EQ(Encode(*c.from, u"B", 100).result, 7) << "refused from then on";
+  EXPECT_TRUE(c.from->CapacityWasReached());
+  c.from->Reset();
+  EXPECT_EQ(Encode(*c.from, u"B", 100).result, 1);
+  // JIS X 0212 characters take three bytes.
+  EXPECT_EQ(Encode(*c.from, u"\u02D8", 3).hex, "8F A2 AF");
+
+  // Budgets from none to more than the call could ever write (where the
+  // converter stops asking) end on the same whole characters.
+  const char* expected[] = {"", "41", "41", "41 B0 A1"};
+  for (long budget = 0; budget <= 14; ++budget) {
+    Converters fresh(ExternalEncoding::EUCPkdFmtJapanese());
+    e = Encode(*fresh.from, u"A\u4E9CB", budget);
+    EXPECT_EQ(e.result, budget < 4 ? 7 : 1) << budget;
+    EXPECT_EQ(e.hex, budget < 4 ? expected[budget] : "41 B0 A1 42") << budget;
+  }
+}
+
+TEST(MBCSfromUnicode, ForcedDirectMappingWritesTheByte) {
+  UnicodeLibBehavior behavior;
+  behavior.SetForcedDirectMapping("\x80");
+  Converters c(ExternalEncoding::ShiftJIS());
+  c.from->SetBehavior(&behavior);
+  EXPECT_EQ(Encode(*c.from, std::u16string(u"\u0080") + u'\0' + u"\u3000").hex, "80 00 81 40");
+  auto e = Encode(*c.from, u"\u0080", 0);
+  EXPECT_EQ(e.result, 7);
+  EXPECT_EQ(e.consumed, 0u) << "a refused pass-through byte stays unread";
+}
+
+struct Scores {
+  int score, tieBreaker;
+};
+
+Scores Detect(const ExternalEncoding* encoding, const std::string& text, std::size_t cut) {
+  LinearAllocator arena(256, __FILE__, __LINE__);
+  std::unique_ptr<ExternalEncodingDetector> d(encoding->CreateEncodingDetector(arena));
+  const char* s = text.data();
+  d->Scan(s, s, s + cut);
+  d->Scan(s, s + cut, s + text.size());
+  d->Finish(s, s + text.size());
+  return {d->Score(), d->TieBreaker()};
+}
+
+TEST(MBCSDetector, ErrorsAndUnlikelyCharactersLowerTheScores) {
+  // 0x80 is invalid; 0xB1 is halfwidth katakana; 0xF0 0x40 is private use;
+  // the final lead byte is a character cut short.
+  const std::string text = "A\x80\xB1\xF0\x40\x81\x40\x81";
+  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+    Scores s = Detect(ExternalEncoding::ShiftJIS(), text, cut);
+    EXPECT_EQ(s.score, -2) << cut;
+    EXPECT_EQ(s.tieBreaker, -2) << cut;
+  }
+  Scores latin1 = Detect(ExternalEncoding::ISOLatin1(), text, 3);
+  EXPECT_EQ(latin1.score, 0);
+  EXPECT_EQ(latin1.tieBreaker, 0);
+}
+
+TEST(MBCSEncoding, StreamStagesConvertWithTheDefaultPolicy) {
+  using namespace testing_streams;
+  LinearAllocator arena(8192, __FILE__, __LINE__);
+  // Split inside a character, with an invalid byte that becomes U+FFFD.
+  ChunkSource bytes({"A\x81", "\x40\x80" "B"});
+  std::unique_ptr<ExternalEncoding::ToUnicodeSource> source(
+      ExternalEncoding::ShiftJIS()->CreateCharSourceToUnicode(bytes, arena));
+  EXPECT_EQ(source->ActualInputEncoding(), ExternalEncoding::ShiftJIS());
+  Collect16 units;
+  units.Put(*source);
+  EXPECT_EQ(units.text, u"A\u3000\uFFFDB");
+
+  // An unrepresentable character becomes the page's substitute byte.
+  for (auto [encoding, substitute] : {std::pair{ExternalEncoding::ShiftJIS(), "41 1A"},
+                                      std::pair{ExternalEncoding::CP870(), "C1 7F"}}) {
+    Collect8 out;
+    std::unique_ptr<Char16Sink> sink(encoding->CreateCharSinkFromUnicode(out, arena));
+    sink->Put(U(u"A\u263A"));
+    EXPECT_EQ(Hex(out.text), substitute);
+  }
+}
+
+}  // namespace

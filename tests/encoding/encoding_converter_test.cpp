@@ -1,0 +1,250 @@
+#include "varnice/encoding/encodingconverter/encoding_converter.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "tests/stream/stream_test_support.h"
+#include "varnice/encoding/internal_encoding.h"
+#include "varnice/stream/buffer_char_sink.h"
+#include "varnice/widec/qz_string.h"
+#include "varnice/widec/qz_wstring.h"
+
+namespace {
+
+using namespace testing_streams;
+
+const InternalEncoding& Unicode() { return *InternalEncoding::Unicode(); }
+const InternalEncoding& Unicode11() { return *InternalEncoding::Unicode11(); }
+const ExternalEncoding& UTF8() { return *ExternalEncoding::Unicode20UTF8(); }
+
+// An encoding that can only be read, like a detecting one.
+class ReadOnlyEncoding : public ExternalEncoding {
+ public:
+  ReadOnlyEncoding() : ExternalEncoding(TextEncodingID(125), kNames, nullptr, 0) {}
+  bool IsTextModeSafe() const override { return true; }
+  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override {
+    return UTF8().CreateCharSourceToUnicode(in, a);
+  }
+  CharSource* CreateCharSourceFromUnicode(Char16Source&, UnicodeLibAllocator&) const override { return nullptr; }
+  Char16Sink* CreateCharSinkFromUnicode(CharSink&, UnicodeLibAllocator&) const override { return nullptr; }
+  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override {
+    return UTF8().CreateCharSinkToUnicode(out, a);
+  }
+
+ private:
+  static inline const char* kNames[] = {"ReadOnly", nullptr};
+};
+
+const ReadOnlyEncoding& ReadOnly() {
+  static const ReadOnlyEncoding* encoding = new ReadOnlyEncoding;
+  return *encoding;
+}
+
+std::u16string ReadAll(Char16Source& source) {
+  Collect16 out;
+  out.Put(source);
+  return out.text;
+}
+
+std::string ReadAll(CharSource& source) {
+  Collect8 out;
+  out.Put(source);
+  return out.text;
+}
+
+TEST(EncodingConverters, UnicodeSidesGetNoStage) {
+  Chunk16Source same({u"\uAC00b"});
+  InternalEncodingConverter forward(same, Unicode(), Unicode());
+  EXPECT_EQ(forward.Director().First(), nullptr);
+  EXPECT_EQ(forward.Director().Second(), nullptr);
+  EXPECT_EQ(ReadAll(forward), u"\uAC00b");
+  EXPECT_EQ(forward.ActualInputEncoding(), nullptr);
+
+  Chunk16Source to11({u"\uAC00b"});
+  InternalEncodingConverter narrow(to11, Unicode(), Unicode11());
+  EXPECT_NE(narrow.Director().First(), nullptr);
+  EXPECT_EQ(narrow.Director().Second(), nullptr);
+  EXPECT_EQ(ReadAll(narrow), u"\u3400b");
+
+  Chunk16Source from11({u"\u3400b"});
+  InternalEncodingConverter widen(from11, Unicode11(), Unicode());
+  EXPECT_EQ(widen.Director().First(), nullptr);
+  EXPECT_NE(widen.Director().Second(), nullptr);
+  EXPECT_EQ(ReadAll(widen), u"\uAC00b");
+
+  Chunk16Source units({u"\u00E9!"});
+  ExternalEncodingConverter encode(units, Unicode(), UTF8());
+  EXPECT_NE(encode.Director().First(), nullptr);
+  EXPECT_EQ(encode.Director().Second(), nullptr);
+  EXPECT_EQ(ReadAll(encode), "\xC3\xA9!");
+
+  // Bytes are always decoded; to Unicode that stage is the whole pipeline.
+  ChunkSource bytes({"\xE3\x90", "\x80"});
+  InternalEncodingConverter decode(bytes, UTF8(), Unicode());
+  EXPECT_EQ(decode.Director().First(), nullptr);
+  EXPECT_NE(decode.Director().Second(), nullptr);
+  EXPECT_EQ(ReadAll(decode), u"\u3400");
+  EXPECT_EQ(decode.ActualInputEncoding(), &UTF8());
+
+  ChunkSource bytes11({"\xE3\x90\x80"});
+  InternalEncodingConverter decode11(bytes11, *ExternalEncoding::Unicode11UTF8(), Unicode11());
+  EXPECT_NE(decode11.Director().First(), nullptr);
+  EXPECT_EQ(ReadAll(decode11), u"\u3400");
+}
+
+TEST(EncodingConverters, ByteToByteThroughUnicode) {
+  ChunkSource bytes({"a\xC3", "\xA9\xE6\x97\xA5"});
+  ExternalEncodingConverter convert(bytes, UTF8(), *ExternalEncoding::Unicode20BigEndian());
+  EXPECT_EQ(ReadAll(convert), std::string("\x00" "a\x00\xE9\x65\xE5", 6));
+  EXPECT_EQ(convert.ActualInputEncoding(), &UTF8());
+}
+
+TEST(EncodingConverters, SinksConvertWhatTheyAreGiven) {
+  Collect16 units;
+  ExternalEncodingConverterSink decode(UTF8(), Unicode11(), units);
+  decode.Put("\xEA\xB0", nullptr);
+  decode.Put("\x80" "b", nullptr);
+  EXPECT_EQ(units.text, u"\u3400b");
+
+  Collect8 bytes;
+  ExternalEncodingConverterSink recode(*ExternalEncoding::Unicode20ByteStream(), UTF8(), bytes);
+  recode.PutBuffer("\xFE\xFF\x00\xE9", "\xFE\xFF\x00\xE9" + 4);
+  recode.Flush();
+  EXPECT_EQ(bytes.text, "\xC3\xA9");
+  EXPECT_EQ(bytes.flushes, 1);
+
+  Collect8 utf8;
+  InternalEncodingConverterSink encode(Unicode11(), UTF8(), utf8);
+  encode.Put(U(u"\u3400"));
+  EXPECT_EQ(utf8.text, "\xEA\xB0\x80");
+
+  Collect16 same;
+  InternalEncodingConverterSink forward(Unicode(), Unicode(), same);
+  EXPECT_EQ(forward.Director().First(), nullptr);
+  EXPECT_EQ(forward.Director().Second(), nullptr);
+  forward.Put(U(u"xy"));
+  EXPECT_EQ(same.text, u"xy");
+}
+
+TEST(EncodingConverters, BoundedSinksEndOnAWholeCharacter) {
+  char buffer[4];
+  BufferCharSink out(buffer, 4);
+  InternalEncodingConverterSink encode(Unicode(), UTF8(), out);
+  encode.Put(U(u"a\u00E9\u20ACz"));
+  EXPECT_EQ(std::string(out.data(), out.size()), "a\xC3\xA9");
+  EXPECT_TRUE(out.truncated());
+}
+
+TEST(EncodingConverters, AnEncodingThatCannotWriteIsRefused) {
+  const std::string expected = "Invalid output encoding: ReadOnly";
+  auto check = [&](auto build) {
+    try {
+      build();
+      ADD_FAILURE() << "no exception";
+    } catch (const InvalidOutputEncoding& e) {
+      EXPECT_EQ(std::string(e.what()), expected);
+    }
+  };
+  ChunkSource bytes({"x"});
+  Chunk16Source units({u"x"});
+  Collect8 byteSink;
+  check([&] { ExternalEncodingConverter c(bytes, UTF8(), ReadOnly()); });
+  check([&] { ExternalEncodingConverter c(units, Unicode11(), ReadOnly()); });
+  check([&] { ExternalEncodingConverterSink c(UTF8(), ReadOnly(), byteSink); });
+  check([&] { InternalEncodingConverterSink c(Unicode(), ReadOnly(), byteSink); });
+
+  // Reading from it is fine.
+  ChunkSource readable({"ok"});
+  InternalEncodingConverter read(readable, ReadOnly(), Unicode());
+  EXPECT_EQ(ReadAll(read), u"ok");
+}
+
+TEST(EncodingConverters, DefaultSubstitutesInBothDirections) {
+  // 0x80 is not UTF-8: U+FFFD, which the test encoding writes as FF FD.
+  // U+FFFF is not in the test encoding: its substitute byte.
+  ChunkSource bytes({"a\x80" "b\xEF\xBF\xBF" "c"});
+  ExternalEncodingConverter convert(bytes, UTF8(), TestEncoding());
+  EXPECT_EQ(ReadAll(convert), "a\xFF\xFD" "b\x1A" "c");
+
+  ChunkSource bad({"\xC3" "A"});
+  InternalEncodingConverter decode(bad, UTF8(), Unicode());
+  EXPECT_EQ(ReadAll(decode), u"\uFFFD");
+}
+
+TEST(EncodingConverters, SetBehaviorReachesBothStages) {
+  ScriptedBehavior behavior;
+  ChunkSource bytes({"a\x80" "b\xEF\xBF\xBF"});
+  ExternalEncodingConverter convert(bytes, UTF8(), TestEncoding());
+  convert.SetBehavior(&behavior);
+  EXPECT_EQ(&convert.Behavior(), &behavior);
+  EXPECT_EQ(ReadAll(convert), "a\xFF\xFD" "b\x1A");
+  EXPECT_EQ(behavior.illegal, 1);
+  EXPECT_EQ(behavior.notInRepertoire, 1);
+
+  ScriptedBehavior sinkBehavior;
+  Collect8 out;
+  ExternalEncodingConverterSink sink(UTF8(), TestEncoding(), out);
+  sink.SetBehavior(&sinkBehavior);
+  sink.Put("a\x80" "b\xEF\xBF\xBF", nullptr);
+  EXPECT_EQ(out.text, "a\xFF\xFD" "b\x1A");
+  EXPECT_EQ(sinkBehavior.illegal, 1);
+  EXPECT_EQ(sinkBehavior.notInRepertoire, 1);
+}
+
+TEST(EncodingConverters, BehaviourMayInsertInputOrOutputOrThrow) {
+  ScriptedBehavior insertInput;
+  insertInput.onIllegal = [](IllegalByteRange& p) { p.InsertInput("\xC3\xA9", nullptr); };
+  ChunkSource in1({"a\x80" "b"});
+  InternalEncodingConverter c1(in1, UTF8(), Unicode());
+  c1.SetBehavior(&insertInput);
+  EXPECT_EQ(ReadAll(c1), u"a\u00E9b");
+
+  ScriptedBehavior insertOutput;
+  insertOutput.onIllegal = [](IllegalByteRange& p) { p.InsertOutput(U(u"[?]"), nullptr); };
+  ChunkSource in2({"a\x80", "b"});
+  InternalEncodingConverter c2(in2, UTF8(), Unicode());
+  c2.SetBehavior(&insertOutput);
+  EXPECT_EQ(ReadAll(c2), u"a[?]b");
+
+  ScriptedBehavior raise;
+  raise.onIllegal = [](IllegalByteRange&) { throw std::runtime_error("bad byte"); };
+  ChunkSource in3({"a\x80" "b"});
+  InternalEncodingConverter c3(in3, UTF8(), Unicode());
+  c3.SetBehavior(&raise);
+  EXPECT_THROW(ReadAll(c3), std::runtime_error);
+
+  // Towards bytes, through a sink.
+  ScriptedBehavior replace;
+  replace.onNotInRepertoire = [](CharacterNotInRepertoire& p) { p.InsertInput(U(u"<"), nullptr); };
+  Collect8 out;
+  InternalEncodingConverterSink sink(Unicode(), TestEncoding(), out);
+  sink.SetBehavior(&replace);
+  sink.Put(U(u"a\uFFFFb"));
+  EXPECT_EQ(out.text, "a<b");
+
+  ScriptedBehavior refuse;
+  refuse.onNotInRepertoire = [](CharacterNotInRepertoire&) { throw std::runtime_error("unmappable"); };
+  InternalEncodingConverterSink strict(Unicode(), TestEncoding(), out);
+  strict.SetBehavior(&refuse);
+  EXPECT_THROW(strict.Put(U(u"\uFFFF")), std::runtime_error);
+}
+
+TEST(EncodingConverters, StringsConvertThroughTheConverters) {
+  const qz_string bytes(U(u"a\u00E9\u65E5"), UTF8());
+  EXPECT_EQ(std::string_view(bytes), "a\xC3\xA9\xE6\x97\xA5");
+  const qz_string counted(U(u"a\u00E9\u65E5"), 2, UTF8());
+  EXPECT_EQ(std::string_view(counted), "a\xC3\xA9");
+  const qz_string substituted(U(u"x\uFFFF"), TestEncoding());
+  EXPECT_EQ(std::string_view(substituted), "x\x1A");
+  EXPECT_TRUE(qz_string(static_cast<const unsigned short*>(nullptr), UTF8()).empty());
+
+  const qz_wstring units("a\xC3\xA9\x80", UTF8());
+  EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(units.data()), units.size()), u"a\u00E9\uFFFD");
+  const qz_wstring two("\xFF\xFE\x41\x00", 4, *ExternalEncoding::Unicode20ByteStream());
+  EXPECT_EQ(two.size(), 1u);
+  EXPECT_EQ(two[0], u'A');
+}
+
+}  // namespace
