@@ -78,9 +78,7 @@ TEST(JISUnicodeComparator, AsciiInByteOrderAndUnrepresentableCharactersAfterIt) 
   EXPECT_EQ(Raw({'x', 0x0E01, 'y'}, {'x', 0xAC00, 'y'}), -1);
 }
 
-// These need the EUC-JP code page behind the JIS comparator; enable them once
-// EucJpCodeOf asks the real encoding.
-TEST(JISUnicodeComparator, DISABLED_KanaAndKanjiFollowJisOrder) {
+TEST(JISUnicodeComparator, KanaAndKanjiFollowJisOrder) {
   const unsigned short hiraganaA = 0x3042;   // A4A2
   const unsigned short kanjiA = 0x4E9C;      // B0A1
   const unsigned short halfwidthA = 0xFF71;  // 8EB1
@@ -91,7 +89,7 @@ TEST(JISUnicodeComparator, DISABLED_KanaAndKanjiFollowJisOrder) {
   EXPECT_EQ(Jis({0xFF21}, {hiraganaA}), -1);  // fullwidth Latin, row 3, before kana, row 4
 }
 
-TEST(JISUnicodeComparator, DISABLED_UnrepresentableCharactersSitBetweenJisX0208AndX0212) {
+TEST(JISUnicodeComparator, UnrepresentableCharactersSitBetweenJisX0208AndX0212) {
   const unsigned short kanji0208 = 0x4E9C;  // B0A1
   const unsigned short kanji0212 = 0x4E02;  // 8FB0A1
   const unsigned short thai = 0x0E01;       // no code

@@ -1,9 +1,16 @@
 #include "varnice/charprops/euc_jp_key.h"
 
+#include "varnice/codepages/mbcs_encoding.h"
+#include "varnice/encoding/external_encoding.h"
+
 namespace varnice::internal {
 
-// Stand-in for ExternalEncoding::EUCPkdFmtJapanese()->FromUnicode(c): ASCII is
-// its own code and everything else is unrepresentable for now.
-unsigned long EucJpCodeOf(unsigned long c) { return c < 0x80 ? c : 0xFFFD; }
+unsigned long EucJpCodeOf(unsigned long c) {
+  if (c > 0xFFFF) return 0xFFFD;
+  // The first call creates the EUC-JP singleton; it is a table-driven page.
+  static MBCSEncoding const& eucJp =
+      static_cast<MBCSEncoding const&>(*ExternalEncoding::EUCPkdFmtJapanese());
+  return eucJp.FromUnicode(static_cast<unsigned short>(c));
+}
 
 }  // namespace varnice::internal
