@@ -5,6 +5,27 @@
 // Proxies take the proxied stream's behaviour in the constructor body rather
 // than through the virtual base, so that classes derived from them do too.
 
+namespace {
+
+// Both widths lend the proxied source's own range; the logic lives here once.
+template <class Source, class Unit>
+bool TakeOverRange(Source* proxied, bool& exhausted, const Unit*& position, const Unit*& end) {
+  if (proxied == nullptr || exhausted) return false;
+  // What our reader consumed is consumed in the proxied source.
+  proxied->DoneWith(position);
+  const Unit* begin;
+  const Unit* stop;
+  if (!proxied->GetBuffer(begin, stop)) {
+    exhausted = true;
+    return false;
+  }
+  position = begin;
+  end = stop;
+  return true;
+}
+
+}  // namespace
+
 // --- Sources ------------------------------------------------------------------
 
 CharProxySource::CharProxySource(CharSource* proxied) : proxied_(proxied) {
@@ -23,20 +44,7 @@ void CharProxySource::SetProxy(CharSource* s) {
   if (s != nullptr) SetBehavior(&s->Behavior());
 }
 
-bool CharProxySource::FillBuffer() {
-  if (proxied_ == nullptr || exhausted_) return false;
-  // What our reader consumed is consumed in the proxied source.
-  proxied_->DoneWith(position_);
-  const char* begin;
-  const char* end;
-  if (!proxied_->GetBuffer(begin, end)) {
-    exhausted_ = true;
-    return false;
-  }
-  position_ = begin;
-  end_ = end;
-  return true;
-}
+bool CharProxySource::FillBuffer() { return TakeOverRange(proxied_, exhausted_, position_, end_); }
 
 Char16ProxySource::Char16ProxySource(Char16Source* proxied) : proxied_(proxied) {
   if (proxied != nullptr) UnicodeLibActor::SetBehavior(&proxied->Behavior());
@@ -54,19 +62,7 @@ void Char16ProxySource::SetProxy(Char16Source* s) {
   if (s != nullptr) SetBehavior(&s->Behavior());
 }
 
-bool Char16ProxySource::FillBuffer() {
-  if (proxied_ == nullptr || exhausted_) return false;
-  proxied_->DoneWith(position_);
-  const unsigned short* begin;
-  const unsigned short* end;
-  if (!proxied_->GetBuffer(begin, end)) {
-    exhausted_ = true;
-    return false;
-  }
-  position_ = begin;
-  end_ = end;
-  return true;
-}
+bool Char16ProxySource::FillBuffer() { return TakeOverRange(proxied_, exhausted_, position_, end_); }
 
 // --- Sinks --------------------------------------------------------------------
 
