@@ -71,7 +71,30 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       // No character writes more units than it reads bytes, so while in is
       // short of stop there is room for one more unit: one bound suffices.
       unsigned char const* stop = in + (inEnd - in < outEnd - out ? inEnd - in : outEnd - out);
+      // After a group fails (multi-byte text) the next few characters go one
+      // by one, so text that is not single-byte pays little for the attempt.
+      int oneByOne = 0;
       while (in != stop) {
+        // Eight single-byte characters at a time: look all up, then write
+        // them only if every one is a complete unit (no branch per byte).
+        if (oneByOne > 0) {
+          --oneByOne;
+        } else if (stop - in >= 8) {
+          std::uint32_t packed[8];
+          std::uint32_t worst = 0;
+          for (int i = 0; i < 8; ++i) {
+            const MBCSAction a = actions[in[i]];
+            packed[i] = static_cast<std::uint32_t>(a.nextState) << 16 | a.output;
+            worst = packed[i] > worst ? packed[i] : worst;
+          }
+          if (worst < MBCStoUnicodeTable::kInvalid) {
+            for (int i = 0; i < 8; ++i) out[i] = static_cast<unsigned short>(packed[i]);
+            in += 8;
+            out += 8;
+            continue;
+          }
+          oneByOne = 16;
+        }
         MBCSAction a = actions[*in];
         if (CompleteUnit(a)) {
           *out++ = a.output;
