@@ -6,6 +6,12 @@ import sys
 
 MUST_EXPORT = [
     "VarniceVersionString",
+    "VarniceRegisterEncoding",
+    "VarniceEncodingName",
+    "VarniceEncodingNominalCharLength",
+    "VarniceConvertToUnicode",
+    "VarniceConvertFromUnicode",
+    "VarniceCopyDataBetweenEncodings",
     "UnicodeLibrary::VersionString",
     "qz_exception::what",
     "UnicodeLibBehavior::GetDefaultBehavior",

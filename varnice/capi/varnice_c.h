@@ -13,6 +13,70 @@ extern "C" {
 /* The library's version text, "Version 2.1.0, 1999-05-10". */
 VARNICE_API const char* VarniceVersionString(void);
 
+/* ---- Encoding registration and conversion -------------------------------
+ *
+ * Register each encoding once, by name, and refer to it afterwards by the
+ * small data-encoding number returned (1-255). Number 0 is never handed out
+ * and means ISO-8859-1 in every conversion function. Registration is not
+ * synchronised: register every encoding before converting on several
+ * threads; conversions may then run concurrently.
+ *
+ * Conversion problems are settled by the library's default behaviour: an
+ * undecodable byte becomes U+FFFD, a character the target cannot represent
+ * becomes the behaviour's substitute (by default the encoding's substitute
+ * byte). An exception from the library, for example one thrown by a custom
+ * behaviour, or from converting to an encoding that cannot be written (an
+ * automatically detecting one), leaves the conversion functions towards the
+ * caller, who must be C++ to catch it. None of them writes outside the buffer
+ * it is given, except VarniceConvertToUnicode with a negative dstLen.
+ *
+ * Lengths are counts of units: bytes for encoded text, unsigned shorts for
+ * UTF-16. A number that is not registered converts nothing: the result is
+ * that of empty input. */
+
+/* The number for the encoding called `name` (case and the characters "-",
+ * "_" and space are ignored, so "shift jis" finds Shift_JIS); the same number
+ * for every name of one encoding. 0 when the name is unknown, when 255
+ * encodings are already registered ("Maximum number of data encodings (255)
+ * exceeded." on standard error), or when the very first call found the
+ * library incompatible with this interface (a message on standard error). */
+VARNICE_API int VarniceRegisterEncoding(const char* name);
+
+/* The encoding's name; "" for 0 and for numbers not registered. */
+VARNICE_API const char* VarniceEncodingName(int number);
+
+/* Bytes a space takes in the encoding (at most 2); 1 for number 0. Pass only
+ * 0 or a registered number: others are not checked. */
+VARNICE_API int VarniceEncodingNominalCharLength(int number);
+
+/* Decodes srcLen bytes (-1 or any negative: up to the NUL) into UTF-16 at dst and returns the
+ * number of code units before the terminating 0 unit it stores.
+ *   dstLen > 0: at most dstLen - 1 units are stored, always followed by the
+ *     terminator; text that does not fit is cut (possibly between the two
+ *     units of a surrogate pair).
+ *   dstLen == 0: nothing is converted or written; returns 0.
+ *   dstLen < 0: dst is trusted to hold the whole result and its terminator;
+ *     nothing is bounded.
+ * Empty input stores just the terminator (when dstLen > 0) and returns 0. */
+VARNICE_API int VarniceConvertToUnicode(int number, const char* src, int srcLen,
+                                        unsigned short* dst, int dstLen);
+
+/* Encodes srcLen UTF-16 code units (negative: up to the 0 unit) into at most dstLen
+ * bytes at dst and returns the number of bytes written. Output that does not
+ * fit is cut. The bytes are followed by a NUL only when the buffer has room
+ * for it, so use the count. `pad` is accepted and has no effect: the result
+ * is never padded. Empty input writes nothing and returns 0. */
+VARNICE_API int VarniceConvertFromUnicode(int number, const unsigned short* src, int srcLen,
+                                          char* dst, int dstLen, int pad);
+
+/* Converts srcLen bytes of one registered encoding (0 or less: up to the NUL)
+ * into at most dstLen bytes of another and returns the number of bytes
+ * written, cut and terminated as VarniceConvertFromUnicode's. A source whose
+ * first byte is 0 is empty whatever srcLen says: dst[0] becomes 0 (when
+ * dstLen > 0) and the result is 0. `pad` has no effect. */
+VARNICE_API int VarniceCopyDataBetweenEncodings(int fromNumber, const char* src, int srcLen,
+                                                int toNumber, char* dst, int dstLen, int pad);
+
 /* Character properties named by integer codes: 2-30 the categories (no code
  * for EnclosingMark), 31-33 the widths, 50-56 the groups AnyLetter ...
  * AnyDefinedCharacter, 57 kana, 257-283 the scripts, 4096 and above the
