@@ -1,5 +1,6 @@
 #include "varnice/encoding/encoding_catalogue.h"
 
+#include "varnice/detect/auto_detect_encoding.h"
 #include "varnice/encoding/encoding_variation.h"
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/encoding/internal_encoding.h"
@@ -30,6 +31,9 @@ void CreateEverything() {
         &ExternalEncoding::CCSID290, &ExternalEncoding::CCSID942, &ExternalEncoding::CCSID1027}) {
     factory();
   }
+  // Last: they read through the encodings above.
+  AutoDetectEncoding::General();
+  AutoDetectEncoding::Japanese();
 }
 
 }  // namespace
