@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/stream/stream_test_support.h"
 #include "varnice/capi/data_encoding_table.h"
 #include "varnice/capi/varnice_c.h"
 #include "varnice/encoding/encodingconverter/encoding_converter.h"
@@ -34,23 +35,7 @@ class CInterface : public testing::Test {
   DataEncodingTable saved_;
 };
 
-// An encoding that can be read but not written, as a detecting one.
-class ReadOnlyEncoding : public ExternalEncoding {
- public:
-  ReadOnlyEncoding() : ExternalEncoding(TextEncodingID(127), kNames, nullptr, 0) {}
-  bool IsTextModeSafe() const override { return true; }
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override {
-    return ExternalEncoding::Unicode20UTF8()->CreateCharSourceToUnicode(in, a);
-  }
-  CharSource* CreateCharSourceFromUnicode(Char16Source&, UnicodeLibAllocator&) const override { return nullptr; }
-  Char16Sink* CreateCharSinkFromUnicode(CharSink&, UnicodeLibAllocator&) const override { return nullptr; }
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override {
-    return ExternalEncoding::Unicode20UTF8()->CreateCharSinkToUnicode(out, a);
-  }
-
- private:
-  static inline const char* kNames[] = {"CapiReadOnly", nullptr};
-};
+const char* kReadOnlyNames[] = {"CapiReadOnly", nullptr};
 
 // --- Registration -------------------------------------------------------------
 
@@ -119,7 +104,7 @@ TEST(DataEncodingTable, OnlyTheFirstRegistrationChecksTheVersion) {
 }
 
 TEST_F(CInterface, AnEncodingThatCannotBeWrittenCanStillBeRead) {
-  static const ReadOnlyEncoding* readOnly = new ReadOnlyEncoding;
+  static const auto* readOnly = new testing_streams::ReadOnlyEncoding(127, kReadOnlyNames);
   const int number = VarniceRegisterEncoding(readOnly->Name());
   ASSERT_GT(number, 0);
   EXPECT_EQ(VarniceEncodingNominalCharLength(number), 0);

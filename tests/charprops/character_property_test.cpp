@@ -39,10 +39,10 @@ TEST(CharacterProperty, CodePointsAboveFFFFPassOnlyAnEmptyCondition) {
   EXPECT_TRUE(AnyCharacterProperty->Test(kAboveBmp));
   EXPECT_TRUE(CharacterProperty().Test(0xFFFFFFFFul));
   EXPECT_TRUE(CharacterScript().Test(kAboveBmp));
-  EXPECT_FALSE(AnyLetter->Test(kAboveBmp));
-  EXPECT_FALSE(NonCharacter->Test(kAboveBmp));  // no category at all, not NonCharacter
-  EXPECT_FALSE(UndefinedScript->Test(kAboveBmp));
-  EXPECT_FALSE(UndefinedWidth->Test(kAboveBmp));
+  // No category at all, not NonCharacter; no script or width either.
+  for (const CharacterTest* p : std::initializer_list<const CharacterTest*>{AnyLetter, NonCharacter, UndefinedScript, UndefinedWidth}) {
+    EXPECT_FALSE(p->Test(kAboveBmp));
+  }
   EXPECT_EQ(CharacterScript::Of(kAboveBmp).Scripts(), 1ul);
   EXPECT_EQ(CharacterScript::Of(0x3042).Scripts(), HiraganaScript->Scripts());
 }
@@ -82,40 +82,30 @@ TEST(CharacterProperty, UnionsComposeAndCompareByAllThreeMasks) {
 TEST(CharacterProperty, DefinedCharactersLeaveOutEnclosingMarksControlsAndPrivateUse) {
   EXPECT_TRUE(AnyMark->Test(kEnclosingCircle));
   EXPECT_TRUE(EnclosingMark->Test(kEnclosingCircle));
-  EXPECT_FALSE(AnyDefinedCharacter->Test(kEnclosingCircle));
-  EXPECT_FALSE(AnyDefinedCharacter->Test(0x0009));
-  EXPECT_FALSE(AnyDefinedCharacter->Test(0xE000));
   EXPECT_TRUE(NonCharacter->Test(kUnassigned));
-  EXPECT_FALSE(AnyDefinedCharacter->Test(kUnassigned));
-  EXPECT_TRUE(AnyDefinedCharacter->Test(0xD800));
-  EXPECT_TRUE(AnyDefinedCharacter->Test(0x200E));  // FormatCharacter
-  EXPECT_TRUE(AnyDefinedCharacter->Test('A'));
+  for (unsigned long c : {0x20DDul, 0x0009ul, 0xE000ul, 0x0700ul}) EXPECT_FALSE(AnyDefinedCharacter->Test(c)) << c;
+  for (unsigned long c : {0xD800ul, 0x200Eul, 0x41ul}) EXPECT_TRUE(AnyDefinedCharacter->Test(c)) << c;
 }
 
 TEST(CharacterPropertyCodes, SingleCodesFollowTheInterfaceOrder) {
-  EXPECT_EQ(TestUnicodeCharacter('A', 2), 1);
-  EXPECT_EQ(TestUnicodeCharacter('a', 2), 0);
-  EXPECT_EQ(TestUnicodeCharacter('-', 12), 1);  // DashPunctuation
-  EXPECT_EQ(TestUnicodeCharacter('!', 15), 1);  // OtherPunctuation
-  EXPECT_EQ(TestUnicodeCharacter('_', 16), 1);  // ConnectorPunctuation
-  EXPECT_EQ(TestUnicodeCharacter(0x0009, 26), 1);
-  EXPECT_EQ(TestUnicodeCharacter(0xE000, 27), 1);  // OtherCharacter
-  EXPECT_EQ(TestUnicodeCharacter(0x200E, 28), 1);  // FormatCharacter
-  EXPECT_EQ(TestUnicodeCharacter(kUnassigned, 30), 1);
+  struct Row {
+    unsigned long c;
+    int code, result;
+  };
+  const Row rows[] = {
+      {'A', 2, 1},          {'a', 2, 0},
+      {'-', 12, 1},         {'!', 15, 1},  {'_', 16, 1},  // Dash-, Other-, ConnectorPunctuation
+      {0x0009, 26, 1},      {0xE000, 27, 1},              // ControlCharacter, OtherCharacter
+      {0x200E, 28, 1},      {kUnassigned, 30, 1},         // FormatCharacter, NonCharacter
+      {0x3042, 32, 1},      {'A', 33, 1},  {0x00E9, 31, 1},  // Fullwidth, Halfwidth, UndefinedWidth
+      {kEnclosingCircle, 51, 1}, {kEnclosingCircle, 56, 0}, {0x30A2, 57, 1}, {0x4E00, 57, 0},
+      {kUnassigned, 257, 1}, {'A', 259, 1},               // UndefinedScript, LatinScript
+      {0xAC00, 283, 1},     {0x4E00, 283, 0},             // HangulScript
+  };
+  for (const Row& r : rows) EXPECT_EQ(TestUnicodeCharacter(r.c, r.code), r.result) << std::hex << r.c << " " << std::dec << r.code;
   for (int code = 2; code <= 30; ++code) {
     EXPECT_EQ(TestUnicodeCharacter(kEnclosingCircle, code), 0) << "no code for EnclosingMark";
   }
-  EXPECT_EQ(TestUnicodeCharacter(0x3042, 32), 1);  // Fullwidth
-  EXPECT_EQ(TestUnicodeCharacter('A', 33), 1);     // Halfwidth
-  EXPECT_EQ(TestUnicodeCharacter(0x00E9, 31), 1);  // UndefinedWidth
-  EXPECT_EQ(TestUnicodeCharacter(kEnclosingCircle, 51), 1);
-  EXPECT_EQ(TestUnicodeCharacter(kEnclosingCircle, 56), 0);
-  EXPECT_EQ(TestUnicodeCharacter(0x30A2, 57), 1);
-  EXPECT_EQ(TestUnicodeCharacter(0x4E00, 57), 0);
-  EXPECT_EQ(TestUnicodeCharacter(kUnassigned, 257), 1);  // UndefinedScript
-  EXPECT_EQ(TestUnicodeCharacter('A', 259), 1);          // LatinScript
-  EXPECT_EQ(TestUnicodeCharacter(0xAC00, 283), 1);       // HangulScript
-  EXPECT_EQ(TestUnicodeCharacter(0x4E00, 283), 0);
 }
 
 TEST(CharacterPropertyCodes, UnknownCodesAcceptEverything) {

@@ -16,48 +16,8 @@ using codepage_test::Encode;
 using codepage_test::LoadPage;
 using codepage_test::PageData;
 
-struct Page {
-  const char* name;
-  const char* source;
-  ExternalEncoding* (*factory)();
-  // The from-Unicode table's missing value: plane and gap tables cannot hold
-  // a code equal to it. -1 for delta tables, which hold every code.
-  int missing;
-};
-
-#define PAGE(name, source, missing) \
-  Page { #name, source, &ExternalEncoding::name, missing }
-
-const Page kPages[] = {
-    PAGE(ASCII, "windows-20127-2000.ucm", -1),
-    PAGE(CP1252, "windows-1252-2000.ucm", 26),
-    PAGE(EUCPkdFmtJapanese, "glibc-EUC_JP-2.1.2.ucm", 26),
-    PAGE(HalfWidthKatakana, "jisx0201", 26),
-    PAGE(ISO87JISX0208, "jisx0208", 26),
-    PAGE(ISOLatin1, "windows-28591-2000.ucm", -1),
-    PAGE(ISOLatin2, "windows-28592-2000.ucm", 26),
-    PAGE(ISOLatin3, "windows-28593-2000.ucm", 26),
-    PAGE(ISOLatin5, "windows-28599-2000.ucm", -1),
-    PAGE(PC850Multilingual, "windows-850-2000.ucm", 26),
-    PAGE(PC8CodePage437, "windows-437-2000.ucm", 26),
-    PAGE(ShiftJIS, "sjis", 26),
-    PAGE(CP932, "windows-932-2000.ucm", 26),
-    PAGE(CP852, "windows-852-2000.ucm", 26),
-    PAGE(CP857, "windows-857-2000.ucm", 26),
-    PAGE(CP860, "windows-860-2000.ucm", 26),
-    PAGE(CP863, "windows-863-2000.ucm", 26),
-    PAGE(CP870, "windows-870-2000.ucm", 63),
-    PAGE(CP1250, "windows-1250-2000.ucm", 26),
-    PAGE(CP1254, "windows-1254-2000.ucm", 26),
-    PAGE(CP20105, "windows-20105-2000.ucm", -1),
-    PAGE(CP20290, "windows-20290-2000.ucm", 63),
-    PAGE(CP21027, "windows-21027-2000.ucm", 26),
-    PAGE(CP28599, "windows-28599-2000.ucm", -1),
-    PAGE(ISO_8859_15, "windows-28605-2000.ucm", -1),
-    PAGE(CCSID290, "ibm-290_P100-1995.ucm", 63),
-    PAGE(CCSID942, "ibm-942_P12A-1999.ucm", 26),
-    PAGE(CCSID1027, "ibm-1027_P100-1995.ucm", 63),
-};
+using codepage_test::Page;
+using codepage_test::kPages;
 
 std::string Hex(std::string const& bytes) { return codepage_test::Hex(bytes); }
 

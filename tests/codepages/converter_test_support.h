@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -41,11 +42,23 @@ struct Converters {
   std::unique_ptr<BlockConverter_16_to_8> from;
 };
 
+// Comparable as a whole, so one EXPECT_EQ checks all three.
 struct Decoded {
   int result;
   std::u16string units;
   std::size_t consumed;
+  bool operator==(const Decoded&) const = default;
 };
+
+inline std::ostream& operator<<(std::ostream& os, const Decoded& d) {
+  os << "{" << d.result << ", u\"";
+  for (char16_t u : d.units) {
+    char b[8];
+    std::snprintf(b, sizeof b, "\\u%04X", static_cast<unsigned>(u));
+    os << b;
+  }
+  return os << "\", " << d.consumed << "}";
+}
 
 // One Convert call over the bytes with room for `room` code units.
 inline Decoded Decode(BlockConverter_8_to_16& c, const std::string& bytes, std::size_t room = 64) {
@@ -60,7 +73,12 @@ struct Encoded {
   int result;
   std::string hex;
   std::size_t consumed;
+  bool operator==(const Encoded&) const = default;
 };
+
+inline std::ostream& operator<<(std::ostream& os, const Encoded& e) {
+  return os << "{" << e.result << ", \"" << e.hex << "\", " << e.consumed << "}";
+}
 
 inline Encoded Encode(BlockConverter_16_to_8& c, const std::u16string& text, long capacity = -1,
                       std::size_t room = 64) {
@@ -69,6 +87,21 @@ inline Encoded Encode(BlockConverter_16_to_8& c, const std::u16string& text, lon
   char* out = buf.data();
   const int r = c.Convert(in, in + text.size(), out, buf.data() + room, capacity);
   return {r, Hex(buf.data(), out), static_cast<std::size_t>(in - reinterpret_cast<const unsigned short*>(text.data()))};
+}
+
+// One Finish call with room for `room` units or bytes (consumed is 0).
+inline Decoded Finish(BlockConverter_8_to_16& c, std::size_t room = 4) {
+  std::vector<unsigned short> buf(room + 1);
+  unsigned short* out = buf.data();
+  const int r = c.Finish(out, buf.data() + room);
+  return {r, std::u16string(buf.data(), out), 0};
+}
+
+inline Encoded Finish(BlockConverter_16_to_8& c, std::size_t room = 4) {
+  std::vector<char> buf(room + 1);
+  char* out = buf.data();
+  const int r = c.Finish(out, buf.data() + room);
+  return {r, Hex(buf.data(), out), 0};
 }
 
 }  // namespace codepage_test

@@ -24,19 +24,15 @@ TEST(ISO2022JPEncoding, RegistryEntryAndSubencodings) {
   auto& generic = dynamic_cast<GenericISO2022Encoding&>(*jp);
   ASSERT_EQ(generic.CountSubencodings(), 4);
   const ISO2022Subencoding* list = generic.GetSubencodings();
-  EXPECT_EQ(list[0].encoding, ExternalEncoding::ASCII());
-  EXPECT_EQ(list[1].encoding, ExternalEncoding::HalfWidthKatakana());
-  EXPECT_EQ(list[2].encoding, ExternalEncoding::ISO87JISX0208());
-  EXPECT_EQ(list[3].encoding, ExternalEncoding::ISO87JISX0208());
+  const ExternalEncoding* expected[] = {ExternalEncoding::ASCII(), ExternalEncoding::HalfWidthKatakana(),
+                                        ExternalEncoding::ISO87JISX0208(), ExternalEncoding::ISO87JISX0208(), nullptr};
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(list[i].encoding, expected[i]) << i;
   EXPECT_EQ(list[4].escape, nullptr);
-  EXPECT_EQ(list[4].encoding, nullptr);
 }
 
 TEST(ISO2022toUnicode, EscapesSelectSubencodings) {
   Converters c(ExternalEncoding::ISO2022JP());
-  auto d = Decode(*c.to, "\x1B$B\x30\x21\x1B(BA");
-  EXPECT_EQ(d.result, 1);
-  EXPECT_EQ(d.units, u"\u4E9CA");
+  EXPECT_EQ(Decode(*c.to, "\x1B$B\x30\x21\x1B(BA"), (Decoded{1, u"\u4E9CA", 9}));
   EXPECT_EQ(Reader(c).CurrentSubencoding(), 0);
   // The old JIS X 0208 escape reads the same table; JIS X 0201 Roman has the
   // yen sign where ASCII has the backslash.
@@ -47,10 +43,7 @@ TEST(ISO2022toUnicode, EscapesSelectSubencodings) {
 
 TEST(ISO2022toUnicode, EscapeAndCharacterSplitAcrossBlocks) {
   Converters c(ExternalEncoding::ISO2022JP());
-  auto d = Decode(*c.to, "A\x1B$");
-  EXPECT_EQ(d.result, 1);
-  EXPECT_EQ(d.consumed, 3u);
-  EXPECT_EQ(d.units, u"A") << "the partial escape waits";
+  EXPECT_EQ(Decode(*c.to, "A\x1B$"), (Decoded{1, u"A", 3})) << "the partial escape waits";
   EXPECT_EQ(Decode(*c.to, "B\x30").units, u"");
   EXPECT_EQ(Reader(c).CurrentSubencoding(), 3);
   EXPECT_EQ(Decode(*c.to, "\x21").units, u"\u4E9C");
@@ -60,41 +53,25 @@ TEST(ISO2022toUnicode, UnknownOrIncompleteEscapeIsAnEscapeCharacter) {
   Converters c(ExternalEncoding::ISO2022JP());
   EXPECT_EQ(Decode(*c.to, "\x1B(IA").units, u"\x1B(IA");
   EXPECT_EQ(Decode(*c.to, "\x1B").units, u"");
-  unsigned short buf[4];
-  unsigned short* out = buf;
-  EXPECT_EQ(c.to->Finish(out, buf + 4), 0);
-  EXPECT_EQ(std::u16string(buf, out), u"\x1B");
+  EXPECT_EQ(Finish(*c.to), (Decoded{0, u"\x1B", 0}));
 }
 
 TEST(ISO2022toUnicode, HeldBytesConvertOnTheNextCallWithoutNewInput) {
   Converters c(ExternalEncoding::ISO2022JP());
   // 0x30 0x7F has no character in JIS X 0208; all of the block is taken in.
-  auto d = Decode(*c.to, "\x1B$B\x30\x7F\x30\x21");
-  EXPECT_EQ(d.result, 4);
-  EXPECT_EQ(d.consumed, 7u);
-  d = Decode(*c.to, "");
-  EXPECT_EQ(d.result, 1);
-  EXPECT_EQ(d.units, u"\u4E9C");
+  EXPECT_EQ(Decode(*c.to, "\x1B$B\x30\x7F\x30\x21"), (Decoded{4, u"", 7}));
+  EXPECT_EQ(Decode(*c.to, ""), (Decoded{1, u"\u4E9C", 0}));
   // Output full: the rest comes with the next call.
   c.to->Reset();
-  d = Decode(*c.to, "ABC", 1);
-  EXPECT_EQ(d.result, 2);
-  EXPECT_EQ(d.units, u"A");
+  EXPECT_EQ(Decode(*c.to, "ABC", 1), (Decoded{2, u"A", 3}));
   EXPECT_EQ(Decode(*c.to, "").units, u"BC");
 }
 
 TEST(ISO2022fromUnicode, RomanForYenAndBackAtTheEnd) {
   Converters c(ExternalEncoding::ISO2022JP());
-  auto e = Encode(*c.from, u"A\u00A5B");
-  EXPECT_EQ(e.result, 1);
-  EXPECT_EQ(e.hex, "41 1B 28 4A 5C 42");
-  char buf[4];
-  char* out = buf;
-  EXPECT_EQ(c.from->Finish(out, buf + 4), 0);
-  EXPECT_EQ(Hex(buf, out), "1B 28 42");
-  out = buf;
-  EXPECT_EQ(c.from->Finish(out, buf + 4), 0);
-  EXPECT_EQ(out, buf) << "nothing more once back in ASCII";
+  EXPECT_EQ(Encode(*c.from, u"A\u00A5B"), (Encoded{1, "41 1B 28 4A 5C 42", 3}));
+  EXPECT_EQ(Finish(*c.from), (Encoded{0, "1B 28 42", 0}));
+  EXPECT_EQ(Finish(*c.from), (Encoded{0, "", 0})) << "nothing more once back in ASCII";
 }
 
 TEST(ISO2022fromUnicode, BackslashLeavesRoman) {
@@ -105,39 +82,28 @@ TEST(ISO2022fromUnicode, BackslashLeavesRoman) {
 
 TEST(ISO2022fromUnicode, NoRoomWritesNoEscape) {
   Converters c(ExternalEncoding::ISO2022JP());
-  auto e = Encode(*c.from, u"\u4E9C", -1, 2);
-  EXPECT_EQ(e.result, 2);
-  EXPECT_EQ(e.hex, "");
+  EXPECT_EQ(Encode(*c.from, u"\u4E9C", -1, 2), (Encoded{2, "", 0}));
   EXPECT_EQ(Writer(c).CurrentSubencoding(), 0);
   // Finish never writes past the room it is given.
   Encode(*c.from, u"\u4E9C");
-  char buf[2];
-  char* out = buf;
-  EXPECT_EQ(c.from->Finish(out, buf + 2), 2);
-  EXPECT_EQ(out, buf);
+  EXPECT_EQ(Finish(*c.from, 2), (Encoded{2, "", 0}));
 }
 
 TEST(ISO2022fromUnicode, CapacityKeepsRoomForTheFinalEscape) {
   Converters c(ExternalEncoding::ISO2022JP());
   // Escape (3) + kept for the way back (3) + the kanji (2) = 8.
-  auto e = Encode(*c.from, u"\u4E9C", 7);
-  EXPECT_EQ(e.result, 7);
-  EXPECT_EQ(e.hex, "1B 24 42") << "the escape fits, the kanji does not";
+  EXPECT_EQ(Encode(*c.from, u"\u4E9C", 7), (Encoded{7, "1B 24 42", 1})) << "the escape fits, the kanji does not";
   EXPECT_TRUE(c.from->CapacityWasReached());
   EXPECT_EQ(Encode(*c.from, u"A", 100).result, 7) << "refused until Reset";
   c.from->Reset();
   EXPECT_EQ(Writer(c).CurrentSubencoding(), 0);
-  e = Encode(*c.from, u"\u4E9C", 8);
-  EXPECT_EQ(e.result, 1);
-  EXPECT_EQ(e.hex, "1B 24 42 30 21");
+  EXPECT_EQ(Encode(*c.from, u"\u4E9C", 8), (Encoded{1, "1B 24 42 30 21", 1}));
 }
 
 TEST(ISO2022fromUnicode, UnmappableCharacterPassesUp) {
   Converters c(ExternalEncoding::ISO2022JP());
-  auto e = Encode(*c.from, u"\u00E9A");
-  EXPECT_EQ(e.result, 5) << "e-acute is chosen for JIS X 0208, which lacks it";
-  EXPECT_EQ(e.hex, "1B 24 42");
-  EXPECT_EQ(e.consumed, 1u);
+  // e-acute is chosen for JIS X 0208, which lacks it.
+  EXPECT_EQ(Encode(*c.from, u"\u00E9A"), (Encoded{5, "1B 24 42", 1}));
 }
 
 TEST(ISO2022JPDetector, CountsSwitchingEscapesOncePenalisesHighBytes) {
@@ -174,22 +140,14 @@ TEST(ISO2022JPEncoding, StreamStagesRoundTripAndShareTheBehaviour) {
   Collect16 units;
   units.Put(*decoded);
   EXPECT_EQ(units.text, u"A\u4E9C\u00A5B\u0080");
-}
 
-}  // namespace
-
-namespace {
-
-TEST(ISO2022JPEncoding, SinkEndsTheTextInASCIIWhenFlushed) {
-  using namespace testing_streams;
-  LinearAllocator arena(16384, __FILE__, __LINE__);
-  Collect8 bytes;
-  std::unique_ptr<Char16Sink> encode(ExternalEncoding::ISO2022JP()->CreateCharSinkFromUnicode(bytes, arena));
-  const unsigned short text[] = {u'A', 0x4E9C};
-  encode->Put(text, text + 2);
-  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21");
+  // A sink ends the text in ASCII only when flushed.
+  Collect8 sunk;
+  std::unique_ptr<Char16Sink> encode(ExternalEncoding::ISO2022JP()->CreateCharSinkFromUnicode(sunk, arena));
+  encode->Put(U(u"A\u4E9C"));
+  EXPECT_EQ(Hex(sunk.text), "41 1B 24 42 30 21");
   encode->Flush();
-  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21 1B 28 42");
+  EXPECT_EQ(Hex(sunk.text), "41 1B 24 42 30 21 1B 28 42");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/codepages/code_page_data.h"
 #include "tests/codepages/converter_test_support.h"
 #include "tests/stream/stream_test_support.h"
 #include "varnice/encoding/encoding_variation.h"
@@ -15,53 +16,14 @@ namespace {
 
 using namespace codepage_test;
 
-struct Entry {
-  ExternalEncoding* (*factory)();
-  unsigned long number;
-  const char* name;
-  const char* mime;
-  unsigned int codePage;
-  bool ascii;
-};
-
 TEST(CodePageCatalogue, FactoriesRegisterTheirEntries) {
-  const Entry entries[] = {
-      {&ExternalEncoding::ASCII, 3, "ASCII", "US-ASCII", 367, true},
-      {&ExternalEncoding::CP1252, 8, "CP1252", nullptr, 1252, true},
-      {&ExternalEncoding::EUCPkdFmtJapanese, 10, "EUC-J", "EUC-JP", 0, true},
-      {&ExternalEncoding::HalfWidthKatakana, 12, "JIS_X0201", nullptr, 0, true},
-      {&ExternalEncoding::ISO87JISX0208, 16, "JIS_X_0208", nullptr, 0, false},
-      {&ExternalEncoding::ISOLatin1, 17, "Latin1", "ISO-8859-1", 819, true},
-      {&ExternalEncoding::ISOLatin2, 18, "Latin2", "ISO-8859-2", 0, true},
-      {&ExternalEncoding::ISOLatin3, 19, "Latin3", "ISO-8859-3", 0, true},
-      {&ExternalEncoding::ISOLatin5, 21, "Latin5", "ISO-8859-9", 0, true},
-      {&ExternalEncoding::PC850Multilingual, 30, "CP850", nullptr, 850, true},
-      {&ExternalEncoding::PC8CodePage437, 31, "CP437", nullptr, 437, true},
-      {&ExternalEncoding::ShiftJIS, 32, "Shift-JIS", "Shift_JIS", 0, true},
-      {&ExternalEncoding::CP932, 33, "CP932", nullptr, 932, true},
-      {&ExternalEncoding::CP852, 45, "CP852", nullptr, 852, true},
-      {&ExternalEncoding::CP857, 47, "CP857", nullptr, 857, true},
-      {&ExternalEncoding::CP860, 48, "CP860", nullptr, 860, true},
-      {&ExternalEncoding::CP863, 51, "CP863", nullptr, 863, true},
-      {&ExternalEncoding::CP870, 56, "CP870", nullptr, 870, false},
-      {&ExternalEncoding::CP1250, 62, "CP1250", nullptr, 1250, true},
-      {&ExternalEncoding::CP1254, 64, "CP1254", nullptr, 1254, true},
-      {&ExternalEncoding::CP20105, 84, "CP20105", nullptr, 20105, true},
-      {&ExternalEncoding::CP20290, 93, "CP20290", nullptr, 20290, false},
-      {&ExternalEncoding::CP21027, 104, "CP21027", nullptr, 21027, true},
-      {&ExternalEncoding::CP28599, 112, "CP28599", nullptr, 28599, true},
-      {&ExternalEncoding::ISO_8859_15, 136, "ISO-8859-15", nullptr, 0, true},
-      {&ExternalEncoding::CCSID290, 139, "CCSID-290", nullptr, 0, false},
-      {&ExternalEncoding::CCSID942, 140, "CCSID-942", nullptr, 0, true},
-      {&ExternalEncoding::CCSID1027, 141, "CCSID-1027", nullptr, 0, false},
-  };
-  for (const Entry& e : entries) {
+  for (const Page& e : kPages) {
     SCOPED_TRACE(e.name);
     ExternalEncoding* encoding = e.factory();
     ASSERT_NE(dynamic_cast<MBCSEncoding*>(encoding), nullptr);
     EXPECT_EQ(e.factory(), encoding) << "one object per code page";
     EXPECT_EQ(ExternalEncoding::Lookup(TextEncodingID(e.number)), encoding);
-    EXPECT_STREQ(encoding->Name(), e.name);
+    EXPECT_STREQ(encoding->Name(), e.registeredName);
     EXPECT_STREQ(encoding->MimeName(), e.mime);
     EXPECT_EQ(encoding->CodePage(), e.codePage);
     EXPECT_EQ(encoding->IsBasedOnASCII(), e.ascii);
@@ -83,38 +45,25 @@ TEST(CodePageCatalogue, NamesAndCodePagesFindTheEncodings) {
 
 TEST(MBCStoUnicode, CharacterSplitAcrossBlocksAndDroppedAtTheEnd) {
   Converters c(ExternalEncoding::ShiftJIS());
-  auto d = Decode(*c.to, "A\x81");
-  EXPECT_EQ(d.result, 1);
-  EXPECT_EQ(d.units, u"A") << "the lead byte waits in the state";
-  d = Decode(*c.to, "\x40");
-  EXPECT_EQ(d.units, u"\u3000");
-
+  EXPECT_EQ(Decode(*c.to, "A\x81"), (Decoded{1, u"A", 2})) << "the lead byte waits in the state";
+  EXPECT_EQ(Decode(*c.to, "\x40").units, u"\u3000");
   Decode(*c.to, "\x81");
-  unsigned short buf[4];
-  unsigned short* out = buf;
-  EXPECT_EQ(c.to->Finish(out, buf + 4), 0);
-  EXPECT_EQ(out, buf) << "an incomplete character is dropped";
+  EXPECT_EQ(Finish(*c.to), (Decoded{0, u"", 0})) << "an incomplete character is dropped";
   EXPECT_EQ(Decode(*c.to, "\x40").result, 1) << "and the next text starts afresh";
 }
 
 TEST(MBCStoUnicode, InvalidBytesAreConsumedAndReported) {
   Converters c(ExternalEncoding::ShiftJIS());
-  auto d = Decode(*c.to, "\x80" "B");
-  EXPECT_EQ(d.result, 4);
-  EXPECT_EQ(d.consumed, 1u);
+  EXPECT_EQ(Decode(*c.to, "\x80" "B"), (Decoded{4, u"", 1}));
   EXPECT_EQ(Decode(*c.to, "B").units, u"B");
   // An unassigned trail byte is consumed with its lead.
-  d = Decode(*c.to, "\x81\x7F" "C");
-  EXPECT_EQ(d.result, 4);
-  EXPECT_EQ(d.consumed, 2u);
+  EXPECT_EQ(Decode(*c.to, "\x81\x7F" "C"), (Decoded{4, u"", 2}));
   EXPECT_EQ(Decode(*c.to, "C").units, u"C");
 }
 
 TEST(MBCStoUnicode, NoOutputRoomConsumesNothing) {
   Converters c(ExternalEncoding::ShiftJIS());
-  auto d = Decode(*c.to, "\x81\x40", 0);
-  EXPECT_EQ(d.result, 2);
-  EXPECT_EQ(d.consumed, 0u) << "not even a lead byte that would write nothing";
+  EXPECT_EQ(Decode(*c.to, "\x81\x40", 0), (Decoded{2, u"", 0})) << "not even a lead byte that would write nothing";
   EXPECT_EQ(Decode(*c.to, "", 0).result, 1) << "input used up is checked first";
 }
 
@@ -123,42 +72,29 @@ TEST(MBCStoUnicode, ForcedDirectMappingBetweenCharactersOnASCIIPagesOnly) {
   behavior.SetForcedDirectMapping("\x80\xC1");
   Converters sjis(ExternalEncoding::ShiftJIS());
   sjis.to->SetBehavior(&behavior);
-  auto d = Decode(*sjis.to, std::string("\x80\x00\x81\x80", 4));
-  EXPECT_EQ(d.result, 1);
-  EXPECT_EQ(d.units, std::u16string(u"\u0080") + u'\0' + u"\u00F7") << "0x81 0x80 is a character";
-
+  // 0x81 0x80 is a character.
+  EXPECT_EQ(Decode(*sjis.to, std::string("\x80\x00\x81\x80", 4)), (Decoded{1, std::u16string(u"\u0080\0\u00F7", 3), 4}));
   // EBCDIC: 0xC1 is the letter A, mapping or not.
   Converters ebcdic(ExternalEncoding::CP870());
   ebcdic.to->SetBehavior(&behavior);
   EXPECT_EQ(Decode(*ebcdic.to, "\xC1").units, u"A");
 }
 
-TEST(MBCSfromUnicode, NeedsFourBytesOfRoom) {
-  Converters c(ExternalEncoding::ISOLatin1());
-  auto e = Encode(*c.from, u"A", -1, 3);
-  EXPECT_EQ(e.result, 2);
-  EXPECT_EQ(e.consumed, 0u);
-  e = Encode(*c.from, u"A", -1, 4);
-  EXPECT_EQ(e.result, 1);
-  EXPECT_EQ(e.hex, "41");
-}
+TEST(MBCSfromUnicode, NeedsFourBytesOfRoomAndReportsUnmappedUnits) {
+  Converters latin1(ExternalEncoding::ISOLatin1());
+  EXPECT_EQ(Encode(*latin1.from, u"A", -1, 3), (Encoded{2, "", 0}));
+  EXPECT_EQ(Encode(*latin1.from, u"A", -1, 4), (Encoded{1, "41", 1}));
 
-TEST(MBCSfromUnicode, UnmappedUnitIsConsumedAndReported) {
   Converters c(ExternalEncoding::ShiftJIS());
-  auto e = Encode(*c.from, u"\u00E9\u3000");
-  EXPECT_EQ(e.result, 5);
-  EXPECT_EQ(e.consumed, 1u);
-  EXPECT_EQ(e.hex, "");
+  EXPECT_EQ(Encode(*c.from, u"\u00E9\u3000"), (Encoded{5, "", 1}));
   EXPECT_EQ(Encode(*c.from, u"\u3000").hex, "81 40");
   EXPECT_EQ(dynamic_cast<MBCSEncoding&>(*ExternalEncoding::ShiftJIS()).FromUnicode(0x00E9), 0xFFFDu);
 }
 
 TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
   Converters c(ExternalEncoding::EUCPkdFmtJapanese());
-  auto e = Encode(*c.from, u"A\u4E9CB", 2);
-  EXPECT_EQ(e.result, 7);
-  EXPECT_EQ(e.hex, "41") << "the two-byte code does not fit the one byte left";
-  EXPECT_EQ(e.consumed, 2u) << "the refused unit is consumed";
+  // The two-byte code does not fit the one byte left; the refused unit is consumed.
+  EXPECT_EQ(Encode(*c.from, u"A\u4E9CB", 2), (Encoded{7, "41", 2}));
   EXPECT_EQ(Encode(*c.from, u"B", 100).result, 7) << "refused from then on";
   EXPECT_TRUE(c.from->CapacityWasReached());
   c.from->Reset();
@@ -171,7 +107,7 @@ TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
   const char* expected[] = {"", "41", "41", "41 B0 A1"};
   for (long budget = 0; budget <= 14; ++budget) {
     Converters fresh(ExternalEncoding::EUCPkdFmtJapanese());
-    e = Encode(*fresh.from, u"A\u4E9CB", budget);
+    const Encoded e = Encode(*fresh.from, u"A\u4E9CB", budget);
     EXPECT_EQ(e.result, budget < 4 ? 7 : 1) << budget;
     EXPECT_EQ(e.hex, budget < 4 ? expected[budget] : "41 B0 A1 42") << budget;
   }
@@ -183,9 +119,7 @@ TEST(MBCSfromUnicode, ForcedDirectMappingWritesTheByte) {
   Converters c(ExternalEncoding::ShiftJIS());
   c.from->SetBehavior(&behavior);
   EXPECT_EQ(Encode(*c.from, std::u16string(u"\u0080") + u'\0' + u"\u3000").hex, "80 00 81 40");
-  auto e = Encode(*c.from, u"\u0080", 0);
-  EXPECT_EQ(e.result, 7);
-  EXPECT_EQ(e.consumed, 0u) << "a refused pass-through byte stays unread";
+  EXPECT_EQ(Encode(*c.from, u"\u0080", 0), (Encoded{7, "", 0})) << "a refused pass-through byte stays unread";
 }
 
 struct Scores {

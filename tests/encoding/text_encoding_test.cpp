@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/stream/stream_test_support.h"
 #include "varnice/encoding/encoding_variation.h"
 #include "varnice/encoding/external_encoding.h"
 
@@ -19,16 +20,11 @@ bool IsTestBase(const TextEncoding& e) {
   return base >= 120 && base <= 125;
 }
 
-struct TestExternal : ExternalEncoding {
+struct TestExternal : testing_streams::StubExternalEncoding {
   TestExternal(unsigned long id, const char** nicknames, const char* mime, unsigned int cp)
-      : ExternalEncoding(TextEncodingID(id), nicknames, mime, cp) {}
+      : StubExternalEncoding(TextEncodingID(id), nicknames, mime, cp) {}
   TestExternal(const TextEncoding& parent, const EncodingVariation& variation)
-      : ExternalEncoding(parent, variation, nullptr, nullptr, 0) {}
-  bool IsTextModeSafe() const override { return true; }
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource&, UnicodeLibAllocator&) const override { return nullptr; }
-  CharSource* CreateCharSourceFromUnicode(Char16Source&, UnicodeLibAllocator&) const override { return nullptr; }
-  Char16Sink* CreateCharSinkFromUnicode(CharSink&, UnicodeLibAllocator&) const override { return nullptr; }
-  CharSink* CreateCharSinkToUnicode(Char16Sink&, UnicodeLibAllocator&) const override { return nullptr; }
+      : StubExternalEncoding(parent, variation, nullptr, nullptr, 0) {}
 };
 
 // A 16-bit registry entry, for the token-size filter.

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/stream/stream_test_support.h"
+
 #include <string>
 #include <vector>
 
@@ -30,14 +32,9 @@ struct RecordingSolver : ProblemSolver_8_to_16, ProblemSolver_16_to_8 {
   }
 };
 
-struct EbcdicLike : ExternalEncoding {
-  EbcdicLike() : ExternalEncoding(TextEncodingID(126), nullptr, nullptr, 0) {}
+struct EbcdicLike : testing_streams::StubExternalEncoding {
+  EbcdicLike() : StubExternalEncoding(TextEncodingID(126), nullptr, nullptr, 0) {}
   char SubstituteChar() const override { return 0x3F; }
-  bool IsTextModeSafe() const override { return true; }
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource&, UnicodeLibAllocator&) const override { return nullptr; }
-  CharSource* CreateCharSourceFromUnicode(Char16Source&, UnicodeLibAllocator&) const override { return nullptr; }
-  Char16Sink* CreateCharSinkFromUnicode(CharSink&, UnicodeLibAllocator&) const override { return nullptr; }
-  CharSink* CreateCharSinkToUnicode(Char16Sink&, UnicodeLibAllocator&) const override { return nullptr; }
 };
 
 const ExternalEncoding& TestEncoding() {

@@ -167,6 +167,28 @@ inline const TestBlockEncoding& TestEncoding() {
   return *encoding;
 }
 
+// An external encoding without stages, for tests that need only its entry.
+struct StubExternalEncoding : ExternalEncoding {
+  using ExternalEncoding::ExternalEncoding;
+  bool IsTextModeSafe() const override { return true; }
+  ToUnicodeSource* CreateCharSourceToUnicode(CharSource&, UnicodeLibAllocator&) const override { return nullptr; }
+  CharSource* CreateCharSourceFromUnicode(Char16Source&, UnicodeLibAllocator&) const override { return nullptr; }
+  Char16Sink* CreateCharSinkFromUnicode(CharSink&, UnicodeLibAllocator&) const override { return nullptr; }
+  CharSink* CreateCharSinkToUnicode(Char16Sink&, UnicodeLibAllocator&) const override { return nullptr; }
+};
+
+// Reads as UTF-8 but cannot be written, like a detecting encoding.
+struct ReadOnlyEncoding : StubExternalEncoding {
+  ReadOnlyEncoding(unsigned long number, const char** names)
+      : StubExternalEncoding(TextEncodingID(number), names, nullptr, 0) {}
+  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override {
+    return ExternalEncoding::Unicode20UTF8()->CreateCharSourceToUnicode(in, a);
+  }
+  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override {
+    return ExternalEncoding::Unicode20UTF8()->CreateCharSinkToUnicode(out, a);
+  }
+};
+
 // Handlers the test chooses; without one, the library's default answer.
 class ScriptedBehavior : public UnicodeLibBehavior {
  public:

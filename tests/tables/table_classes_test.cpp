@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <optional>
+#include <type_traits>
 
 #include "varnice/tables/chunk_table.h"
 #include "varnice/tables/delta_table.h"
@@ -10,10 +12,17 @@
 
 namespace {
 
+// The value a table finds, or nothing.
+template <class K, class V>
+std::optional<V> Found(Table<K, V> const& table, std::type_identity_t<K> key) {
+  V v{};
+  return table.Lookup(key, v) ? std::optional<V>(v) : std::nullopt;
+}
+
 // What a code page sees: only the narrow interface.
-bool Narrow(LookupUnsignedLongTable<unsigned short> const& table, unsigned short key,
-            unsigned long& value) {
-  return table.LookupUnsignedLong(key, value);
+std::optional<unsigned long> Narrow(LookupUnsignedLongTable<unsigned short> const& table, unsigned short key) {
+  unsigned long v = 0;
+  return table.LookupUnsignedLong(key, v) ? std::optional(v) : std::nullopt;
 }
 
 ChunkTableEntryUSL const kRuns[] = {{0x0041, 0x005A, 0x20}, {0x00C0, 0x00D6, 0x20},
@@ -21,19 +30,15 @@ ChunkTableEntryUSL const kRuns[] = {{0x0041, 0x005A, 0x20}, {0x00C0, 0x00D6, 0x2
 
 TEST(ChunkTable, LookupsAndBounds) {
   ChunkTable<unsigned short, long> table(-1, kRuns, 3);
-  long v = 0;
-  EXPECT_TRUE(table.Lookup(0xFF3A, v));
-  EXPECT_EQ(v, -0xFEE0);
-  EXPECT_FALSE(table.Lookup(0x5B, v));
+  EXPECT_EQ(Found(table, 0xFF3A), -0xFEE0);
+  EXPECT_EQ(Found(table, 0x5B), std::nullopt);
   EXPECT_EQ(table.LookupWithDefault(0x5B), -1);
   EXPECT_EQ(table.SmallestIndex(), 0x41);
   EXPECT_EQ(table.LargestIndex(), 0xFF3A);
-  unsigned long ul = 0;
-  EXPECT_TRUE(Narrow(table, 0x41, ul));
-  EXPECT_EQ(ul, 0x20u);
+  EXPECT_EQ(Narrow(table, 0x41), 0x20u);
 
   ChunkTable<unsigned short, long> empty(-1, kRuns, 0);
-  EXPECT_FALSE(empty.Lookup(0x41, v));
+  EXPECT_EQ(Found(empty, 0x41), std::nullopt);
   EXPECT_EQ(empty.SmallestIndex(), 0);
   EXPECT_EQ(empty.LargestIndex(), 0);
 }
@@ -41,14 +46,11 @@ TEST(ChunkTable, LookupsAndBounds) {
 TEST(RangeTable, BoundsSkipMissingValues) {
   std::uint32_t const values[] = {0, 0, 0x8140, 0, 0x8142, 0};
   RangeTable<unsigned short, unsigned long> table(0, 0x3000, 6, values);
-  unsigned long v = 1;
-  EXPECT_TRUE(table.Lookup(0x3002, v));
-  EXPECT_EQ(v, 0x8140u);
-  EXPECT_FALSE(table.Lookup(0x3003, v));
-  EXPECT_FALSE(table.Lookup(0x3006, v));
+  EXPECT_EQ(Found(table, 0x3002), 0x8140u);
+  EXPECT_EQ(Found(table, 0x3003), std::nullopt);
+  EXPECT_EQ(Found(table, 0x3006), std::nullopt);
   EXPECT_EQ(table.LookupWithDefault(0x3006), 0u);
-  EXPECT_TRUE(Narrow(table, 0x3004, v));
-  EXPECT_EQ(v, 0x8142u);
+  EXPECT_EQ(Narrow(table, 0x3004), 0x8142u);
   EXPECT_EQ(table.SmallestIndex(), 0x3002);
   EXPECT_EQ(table.LargestIndex(), 0x3004);
 
@@ -65,12 +67,10 @@ TEST(PlaneTable, LookupsAndBounds) {
   std::uint32_t const* planes[256] = {};
   planes[0x02] = plane02;
   PlaneTable<unsigned short, unsigned long> table(0, planes);
-  unsigned long v = 0;
-  EXPECT_TRUE(table.Lookup(0x0207, v));
-  EXPECT_EQ(v, 0xA1A1u);
-  EXPECT_FALSE(table.Lookup(0x0208, v));
+  EXPECT_EQ(Found(table, 0x0207), 0xA1A1u);
+  EXPECT_EQ(Found(table, 0x0208), std::nullopt);
   EXPECT_EQ(table.LookupWithDefault(0x0307), 0u);
-  EXPECT_TRUE(Narrow(table, 0x02F0, v));
+  EXPECT_EQ(Narrow(table, 0x02F0), 0xA1A2u);
   EXPECT_EQ(table.SmallestIndex(), 0x0207);
   EXPECT_EQ(table.LargestIndex(), 0x02F0);
 
@@ -98,15 +98,11 @@ TEST(PlaneTable, BoundsOfAnAllMissingPlaneAreThePlaneNumber) {
 TEST(DeltaTable, AddsDeltaOfTheInnerTable) {
   ChunkTable<unsigned short, long> deltas(0, kRuns, 3);
   DeltaTable<unsigned short, unsigned long> table(0xFFFF, &deltas);
-  unsigned long v = 0;
-  EXPECT_TRUE(table.Lookup(0x41, v));
-  EXPECT_EQ(v, 0x61u);
-  EXPECT_TRUE(table.Lookup(0xFF21, v));
-  EXPECT_EQ(v, 0x41u);
-  EXPECT_FALSE(table.Lookup(0x40, v));
+  EXPECT_EQ(Found(table, 0x41), 0x61u);
+  EXPECT_EQ(Found(table, 0xFF21), 0x41u);
+  EXPECT_EQ(Found(table, 0x40), std::nullopt);
   EXPECT_EQ(table.LookupWithDefault(0x40), 0xFFFFu);
-  EXPECT_TRUE(Narrow(table, 0xC0, v));
-  EXPECT_EQ(v, 0xE0u);
+  EXPECT_EQ(Narrow(table, 0xC0), 0xE0u);
   EXPECT_EQ(table.GetMissingValue(), 0xFFFFu);
   EXPECT_EQ(table.SmallestIndex(), 0x41);
   EXPECT_EQ(table.LargestIndex(), 0xFF3A);
@@ -119,15 +115,11 @@ TEST(GapTable, MovesKeysThenAsksTheValueTable) {
   ChunkTable<unsigned short, long> gaps(0, gapRuns, 2);
   RangeTable<unsigned short, unsigned long> range(0, 0, 5, values);
   GapTable<unsigned short, unsigned long> table(&gaps, &range);
-  unsigned long v = 0;
-  EXPECT_TRUE(table.Lookup(0x4E02, v));
-  EXPECT_EQ(v, 0xB0A3u);
-  EXPECT_TRUE(table.Lookup(0x9FA1, v));
-  EXPECT_EQ(v, 0xF7FEu);
-  EXPECT_FALSE(table.Lookup(0x4E01, v));  // missing in the range
-  EXPECT_FALSE(table.Lookup(0x4E03, v));  // no gap run
-  EXPECT_TRUE(Narrow(table, 0x9FA0, v));
-  EXPECT_EQ(v, 0xF7FDu);
+  EXPECT_EQ(Found(table, 0x4E02), 0xB0A3u);
+  EXPECT_EQ(Found(table, 0x9FA1), 0xF7FEu);
+  EXPECT_EQ(Found(table, 0x4E01), std::nullopt);  // missing in the range
+  EXPECT_EQ(Found(table, 0x4E03), std::nullopt);  // no gap run
+  EXPECT_EQ(Narrow(table, 0x9FA0), 0xF7FDu);
   EXPECT_EQ(table.LookupWithDefault(0x4E03), 0u);
   EXPECT_EQ(table.LookupWithDefault(0x4E00), 0xB0A1u);
   EXPECT_EQ(table.GetMissingValue(), 0u);

@@ -63,12 +63,9 @@ struct Printer : Converters {
 
 TEST(HPPrinterVariant, ZeroHighByteIsStrippedOnlyInFirstPosition) {
   Printer p;
-  auto d = Decode(*p.to, std::string("\x00\x41\x81\x40\x00\x00", 6));
-  EXPECT_EQ(d.result, 1);
-  EXPECT_EQ(d.units, std::u16string(u"A\u3000") + u'\0');
-  d = Decode(*p.to, std::string("\x00\x80\x00\x42", 4));
-  EXPECT_EQ(d.result, 4);
-  EXPECT_EQ(d.consumed, 2u);
+  EXPECT_EQ(Decode(*p.to, std::string("\x00\x41\x81\x40\x00\x00", 6)),
+            (Decoded{1, std::u16string(u"A\u3000\0", 3), 6}));
+  EXPECT_EQ(Decode(*p.to, std::string("\x00\x80\x00\x42", 4)), (Decoded{4, u"", 2}));
   EXPECT_EQ(Decode(*p.to, std::string("\x00\x42", 2)).units, u"B");
   // A pair split across blocks keeps its parity.
   EXPECT_EQ(Decode(*p.to, std::string("\x00", 1)).units, u"");
@@ -78,13 +75,11 @@ TEST(HPPrinterVariant, ZeroHighByteIsStrippedOnlyInFirstPosition) {
 TEST(HPPrinterVariant, EveryCodeInAtLeastTwoBytes) {
   Printer p;
   EXPECT_EQ(Encode(*p.from, u"A\u3000\uFF71").hex, "00 41 81 40 00 B1");
-  auto e = Encode(*p.from, u"A\u3000", 3);
+  const Encoded e = Encode(*p.from, u"A\u3000", 3);
   EXPECT_EQ(e.result, 7);
   EXPECT_EQ(e.hex, "00 41");
   p.from->Reset();
-  e = Encode(*p.from, u"\u00E9");
-  EXPECT_EQ(e.result, 5);
-  EXPECT_EQ(e.consumed, 1u);
+  EXPECT_EQ(Encode(*p.from, u"\u00E9"), (Encoded{5, "", 1}));
 }
 
 TEST(HPPrinterVariant, ForcedDirectMappingGoesAsSingleBytes) {

@@ -33,15 +33,14 @@ TEST(UnicodeFormVariants, LookedUpByTheirNames) {
   ASSERT_NE(ucs2, nullptr);
   EXPECT_EQ(TextEncoding::Lookup("UTF-8", 0), utf8);
   EXPECT_EQ(TextEncoding::Lookup("utf8", 1), utf8);
-  EXPECT_EQ(ExternalEncoding::Lookup("Unicode20:UTF8"), utf8);
   EXPECT_EQ(TextEncoding::Lookup("UTF-8", 2), nullptr);
-  EXPECT_EQ(ExternalEncoding::Lookup("UCS-2"), ucs2);
-  EXPECT_EQ(ExternalEncoding::Lookup("unicode 2.0 : bom : ucs2"), ucs2);
-  EXPECT_EQ(ExternalEncoding::Lookup("UTF-7"), utf7);
-  EXPECT_EQ(ExternalEncoding::Lookup("Unicode11:big-endian"), big11);
-  EXPECT_EQ(ExternalEncoding::Lookup("BMP"), bmp);
-  EXPECT_EQ(ExternalEncoding::Lookup("Macintosh"), ExternalEncoding::Lookup("Unicode20:BOM:big-endian"));
-  EXPECT_EQ(ExternalEncoding::Lookup("x86"), ExternalEncoding::Lookup("Unicode20:BOM:little-endian"));
+  const std::pair<const char*, const ExternalEncoding*> names[] = {
+      {"Unicode20:UTF8", utf8}, {"UCS-2", ucs2}, {"unicode 2.0 : bom : ucs2", ucs2}, {"UTF-7", utf7},
+      {"Unicode11:big-endian", big11}, {"BMP", bmp},
+      {"Macintosh", ExternalEncoding::Lookup("Unicode20:BOM:big-endian")},
+      {"x86", ExternalEncoding::Lookup("Unicode20:BOM:little-endian")},
+  };
+  for (const auto& [name, encoding] : names) EXPECT_EQ(ExternalEncoding::Lookup(name), encoding) << name;
   EXPECT_NE(ExternalEncoding::Lookup("x86"), nullptr);
   EXPECT_NE(InternalEncoding::Lookup("Unicode11:ByteOrderMark"), nullptr);
 
@@ -172,17 +171,6 @@ TEST(UnicodeFormPipelines, TheUnicodeSideIsAlwaysUnicode20) {
   // Unicode 1.1 has no surrogates: a four-byte form is undefined.
   EXPECT_EQ(Decode(*ExternalEncoding::Unicode11UTF8(), {"a\xF0\x90\x80\x80" "b"}), u"a\uFFFDb");
   EXPECT_EQ(Decode(*ExternalEncoding::Unicode20UTF8(), {"a\xF0\x90\x80\x80" "b"}), u"a\xD800\xDC00" u"b");
-}
-
-TEST(UnicodeFormPipelines, OneByteChunksGiveTheSameText) {
-  const std::string utf8 = "Gr\xC3\xBC\xC3\x9F\x65 \xE6\x97\xA5\xE6\x9C\xAC \xF0\x9F\x98\x80 \xC3 !";
-  const std::string utf7 = "Hi +ZeVnLIqe- +AGF- \x80 +Jjo-";
-  for (const auto& [encoding, text] :
-       {std::pair{ExternalEncoding::Unicode20UTF8(), utf8}, std::pair{ExternalEncoding::Unicode20UTF7(), utf7}}) {
-    std::vector<std::string> bytes;
-    for (char c : text) bytes.emplace_back(1, c);
-    EXPECT_EQ(Decode(*encoding, bytes), Decode(*encoding, {text})) << encoding->Name();
-  }
 }
 
 TEST(UnicodeFormPipelines, SinksConvertTheSameWay) {
