@@ -13,11 +13,6 @@ namespace {
 using testing_streams::ChunkSource;
 using testing_streams::Collect16;
 
-struct HeapAllocator : UnicodeLibAllocator {
-  void* Allocate(unsigned int size) override { return ::operator new(size); }
-  void Free(void* p) override { ::operator delete(p); }
-};
-
 // A behaviour with the detection messages on.
 struct Verbose : UnicodeLibBehavior {
   Verbose() { SetDisplayAutoDetectMessages(true); }
@@ -51,7 +46,7 @@ class Detect : public ::testing::Test {
   const ExternalEncoding* ucs2 = ExternalEncoding::Unicode20ByteStream();
   const ExternalEncoding* sjis = ExternalEncoding::ShiftJIS();
   const ExternalEncoding* euc = ExternalEncoding::EUCPkdFmtJapanese();
-  HeapAllocator heap;
+  LinearAllocator heap{4096, __FILE__, __LINE__};
 };
 
 TEST_F(Detect, AsciiTiesUntilGuessWhichAssumesTheFirstCandidate) {

@@ -1,197 +1,68 @@
 // varnice: the command-line face of the library.
 #include <cstdio>
-#include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <string>
-#include <vector>
 
+#include "tools/cli/cli.h"
 #include "varnice/varnice.h"
 
 namespace {
 
 int Usage(FILE* out) {
   std::fputs(
-      "usage: varnice COMMAND\n"
-      "  version   print the library version\n"
+      "usage: varnice COMMAND [ARGS]    ('varnice COMMAND --help' tells more)\n"
+      "  convert -f FROM -t TO [-o OUT] [FILE...]\n"
+      "            convert text between encodings; -f auto detects the input's\n"
+      "  detect [-v] FILE...\n"
+      "            name each file's encoding (with -v, the detectors' scores)\n"
       "  list      list every registered encoding: identifier, name, MIME name,\n"
       "            code page and nicknames\n"
       "  char X... look characters up: each X is U+XXXX, 0xXXXX or text, and\n"
       "            every character gets its code point, category, script,\n"
-      "            width and upper- and lower-case forms\n",
+      "            width and upper- and lower-case forms\n"
+      "  version   print the library version\n",
       out);
-  return out == stdout ? 0 : 2;
+  return out == stdout ? cli::kOk : cli::kUsage;
 }
 
-int List() {
-  EncodingCatalogue::CreateAll();
-  struct Row {
-    std::string id, name, mime, codePage, nicknames;
-  };
-  std::vector<Row> rows;
-  rows.push_back({"ID", "NAME", "MIME", "CP", "NICKNAMES"});
-  for (unsigned int i = 0; i < TextEncoding::Count(); ++i) {
-    const TextEncoding& e = *TextEncoding::Lookup(i);
-    Row row;
-    char id[16];
-    std::snprintf(id, sizeof id, "0x%05lx", e.GetTextEncodingID().Value());
-    row.id = id;
-    row.name = e.Name();
-    row.mime = e.MimeName() != nullptr ? e.MimeName() : "-";
-    row.codePage = e.CodePage() != 0 ? std::to_string(e.CodePage()) : "-";
-    for (unsigned int n = 1; n < e.CountNicknames(); ++n) {
-      if (!row.nicknames.empty()) row.nicknames += ", ";
-      row.nicknames += e.GetNickname(n);
-    }
-    rows.push_back(row);
+bool AsksForHelp(int argc, char** argv) {
+  for (int i = 0; i < argc; ++i) {
+    if (std::strcmp(argv[i], "--") == 0) return false;
+    if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) return true;
   }
-  std::size_t width[4] = {};
-  for (const Row& r : rows) {
-    const std::string* cells[] = {&r.id, &r.name, &r.mime, &r.codePage};
-    for (int c = 0; c < 4; ++c) width[c] = std::max(width[c], cells[c]->size());
-  }
-  for (const Row& r : rows) {
-    std::printf("%-*s  %-*s  %-*s  %*s  %s\n", static_cast<int>(width[0]), r.id.c_str(),
-                static_cast<int>(width[1]), r.name.c_str(), static_cast<int>(width[2]),
-                r.mime.c_str(), static_cast<int>(width[3]), r.codePage.c_str(),
-                r.nicknames.c_str());
-  }
-  std::printf("%u encodings\n", TextEncoding::Count());
-  return 0;
+  return false;
 }
-
-
-// varnice char: one line per character with what the property tables say.
-namespace char_command {
-
-NamedCharacterProperty const* const* const kCategories[] = {
-    &UppercaseLetter,  &LowercaseLetter,    &TitlecaseLetter,  &ModifierLetter,
-    &OtherLetter,      &NonSpacingMark,     &CombiningMark,    &EnclosingMark,
-    &DecimalNumber,    &LetterNumber,       &OtherNumber,      &ConnectorPunctuation,
-    &DashPunctuation,  &OpenPunctuation,    &ClosePunctuation, &InitialPunctuation,
-    &FinalPunctuation, &OtherPunctuation,   &MathSymbol,       &CurrencySymbol,
-    &ModifierSymbol,   &OtherSymbol,        &SpaceSeparator,   &LineSeparator,
-    &ParagraphSeparator, &ControlCharacter, &FormatCharacter,  &OtherCharacter,
-    &SurrogateCharacter, &NonCharacter,
-};
-NamedCharacterScript const* const* const kScripts[] = {
-    &UndefinedScript, &GeneralScript,  &LatinScript,      &GreekScript,     &CyrillicScript,
-    &ArmenianScript,  &HebrewScript,   &ArabicScript,     &DevanagariScript, &BengaliScript,
-    &GurmukhiScript,  &GujaratiScript, &OriyaScript,      &TamilScript,     &TeluguScript,
-    &KannadaScript,   &MalayalamScript, &ThaiScript,      &LaoScript,       &TibetanScript,
-    &GeorgianScript,  &HangulJamoScript, &HiraganaScript, &KatakanaScript,  &BopomofoScript,
-    &CJKScript,       &HangulScript,
-};
-NamedCharacterProperty const* const* const kWidths[] = {&UndefinedWidth, &Fullwidth, &Halfwidth};
-
-template <class Test, std::size_t N>
-std::string NameOfFirstMatch(Test const* const* const (&tests)[N], unsigned long c) {
-  for (Test const* const* t : tests) {
-    if ((*t)->Test(c)) return (*t)->Name().c_str();
-  }
-  return "-";
-}
-
-std::string Utf8(unsigned long c) {
-  std::string out;
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    out += static_cast<char>(0xE0 | (c >> 12));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (c >> 18));
-    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
-  return out;
-}
-
-// The code points of an argument: one for U+XXXX or 0xXXXX, else the UTF-8
-// text's characters. A byte that is not UTF-8 is reported and skipped.
-bool Decode(const char* arg, std::vector<unsigned long>& out) {
-  const bool uPlus = (arg[0] == 'U' || arg[0] == 'u') && arg[1] == '+';
-  const bool zeroX = arg[0] == '0' && (arg[1] == 'x' || arg[1] == 'X');
-  if ((uPlus || zeroX) && arg[2] != '\0') {
-    char* end = nullptr;
-    const unsigned long c = std::strtoul(arg + 2, &end, 16);
-    if (*end == '\0' && c <= 0x10FFFF) {
-      out.push_back(c);
-      return true;
-    }
-  }
-  bool ok = true;
-  const auto* p = reinterpret_cast<const unsigned char*>(arg);
-  while (*p != 0) {
-    const int trail = *p < 0x80   ? 0
-                      : *p < 0xC2 ? -1
-                      : *p < 0xE0 ? 1
-                      : *p < 0xF0 ? 2
-                      : *p < 0xF5 ? 3
-                                  : -1;
-    unsigned long c = *p & (0x7F >> (trail > 0 ? trail + 1 : 0));
-    int i = 1;
-    for (; trail > 0 && i <= trail && (p[i] & 0xC0) == 0x80; ++i) c = (c << 6) | (p[i] & 0x3F);
-    if (trail < 0 || i <= trail) {
-      std::fprintf(stderr, "varnice: byte 0x%02X is not UTF-8; skipped\n", *p);
-      ok = false;
-      ++p;
-      continue;
-    }
-    out.push_back(c);
-    p += trail + 1;
-  }
-  return ok;
-}
-
-int Run(int count, char** args) {
-  if (count == 0) {
-    std::fputs("usage: varnice char X... (U+XXXX, 0xXXXX or text)\n", stderr);
-    return 2;
-  }
-  std::vector<unsigned long> chars;
-  bool ok = true;
-  for (int i = 0; i < count; ++i) ok = Decode(args[i], chars) && ok;
-  for (unsigned long c : chars) {
-    if (c > 0xFFFF) {
-      std::printf("U+%05lX  above U+FFFF: no properties (each UTF-16 unit has its own)  %s\n",
-                  c, Utf8(c).c_str());
-      continue;
-    }
-    const std::string category = NameOfFirstMatch(kCategories, c);
-    // Show the character itself only when it prints as one.
-    const bool shown = !(ControlCharacter->Test(c) || FormatCharacter->Test(c) ||
-                         SurrogateCharacter->Test(c) || NonCharacter->Test(c) ||
-                         LineSeparator->Test(c) || ParagraphSeparator->Test(c));
-    const auto unit = static_cast<unsigned short>(c);
-    // The character goes last: its display width would upset the columns.
-    std::printf("U+%04lX  %-20s  %-16s  %-14s  upper U+%04X  lower U+%04X%s%s\n", c,
-                category.c_str(), NameOfFirstMatch(kScripts, c).c_str(),
-                NameOfFirstMatch(kWidths, c).c_str(), qz_towupper(unit), qz_towlower(unit),
-                shown ? "  " : "", shown ? Utf8(c).c_str() : "");
-  }
-  return ok ? 0 : 1;
-}
-
-}  // namespace char_command
 
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 2) return Usage(stderr);
   const char* command = argv[1];
-  if (std::strcmp(command, "version") == 0) {
-    std::printf("%s\n", UnicodeLibrary::VersionString());
-    return 0;
+  const int count = argc - 2;
+  char** args = argv + 2;
+  if (std::strcmp(command, "convert") == 0) return cli::RunConvert(count, args);
+  if (std::strcmp(command, "detect") == 0) return cli::RunDetect(count, args);
+  if (std::strcmp(command, "help") == 0 || std::strcmp(command, "--help") == 0 || std::strcmp(command, "-h") == 0) {
+    return Usage(stdout);
   }
-  if (std::strcmp(command, "list") == 0) return List();
-  if (std::strcmp(command, "char") == 0) return char_command::Run(argc - 2, argv + 2);
-  if (std::strcmp(command, "help") == 0 || std::strcmp(command, "--help") == 0) return Usage(stdout);
+  // The simple commands share one way of answering --help.
+  struct Simple {
+    const char* name;
+    int (*run)(int, char**);
+    const char* help;
+  };
+  static const Simple kSimple[] = {
+      {"list", cli::RunList, "usage: varnice list\n\nLists every registered encoding: identifier, name, MIME name,\n"
+                             "code page and nicknames. Any of the names selects it in 'varnice convert'.\n"},
+      {"char", cli::RunChar, "usage: varnice char X...\n\nEach X is U+XXXX, 0xXXXX or UTF-8 text; every character gets\n"
+                             "a line with its code point, category, script, width and case forms.\n"},
+      {"version", [](int, char**) { return std::printf("%s\n", UnicodeLibrary::VersionString()) < 0 ? 3 : 0; },
+       "usage: varnice version\n\nPrints the library version.\n"},
+  };
+  for (const Simple& s : kSimple) {
+    if (std::strcmp(command, s.name) != 0) continue;
+    if (AsksForHelp(count, args)) return std::fputs(s.help, stdout) < 0 ? cli::kIoError : cli::kOk;
+    return s.run(count, args);
+  }
   std::fprintf(stderr, "varnice: unknown command '%s'\n", command);
   return Usage(stderr);
 }

@@ -1,0 +1,180 @@
+// The varnice command, run as a person would run it: output bytes, messages
+// and exit codes.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string kSamples = VARNICE_SOURCE_DIR "/examples/samples/";
+
+std::string ReadFile(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+void WriteFile(const fs::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
+struct Outcome {
+  int status;
+  std::string out;
+  std::string err;
+};
+
+class Command : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = fs::temp_directory_path() / ("varnice-cli-" + std::to_string(::getpid()) + "-" +
+                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    fs::create_directories(dir_);
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  // Runs `varnice ARGS` in the test's directory, after `before` (a pipe).
+  Outcome Varnice(const std::string& args, const std::string& before = "") {
+    const std::string err = (dir_ / "stderr").string();
+    const std::string command =
+        "cd '" + dir_.string() + "' && " + before + "'" VARNICE_CLI_PATH "' " + args + " 2>'" + err + "'";
+    std::FILE* pipe = ::popen(command.c_str(), "r");
+    std::string out;
+    char buffer[4096];
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, ReadFile(err)};
+  }
+  fs::path Path(const std::string& name) const { return dir_ / name; }
+
+  fs::path dir_;
+};
+
+TEST_F(Command, ConvertsEverySampleToUtf8NamedOrDetected) {
+  const std::string japanese = ReadFile(kSamples + "japanese.utf8.txt");
+  const std::string european = ReadFile(kSamples + "european.utf8.txt");
+  struct Case {
+    const char* file;
+    const char* from;
+    const std::string& expected;
+  } cases[] = {
+      {"japanese.sjis.txt", "Shift_JIS", japanese},   {"japanese.eucjp.txt", "EUC-JP", japanese},
+      {"japanese.iso2022jp.txt", "ISO-2022-JP", japanese}, {"european.latin1.txt", "ISO-8859-1", european},
+      {"japanese.utf8.txt", "UTF-8", japanese},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    for (const std::string from : {std::string(c.from), std::string("auto")}) {
+      const Outcome r = Varnice("convert -f " + from + " -t utf-8 " + kSamples + c.file);
+      EXPECT_EQ(r.status, 0) << r.err;
+      EXPECT_EQ(r.out, c.expected);
+      EXPECT_EQ(r.err, "");
+    }
+  }
+  // And back, into a file, from standard input.
+  const Outcome r = Varnice("convert -f utf8 -t sjis -o out.txt < " + kSamples + "japanese.utf8.txt");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "");
+  EXPECT_EQ(ReadFile(Path("out.txt")), ReadFile(kSamples + "japanese.sjis.txt"));
+}
+
+TEST_F(Command, OnErrorReplacesSkipsOrFailsAtTheOffendingByte) {
+  // "ok" then 0x80, which has no character in Shift_JIS, then Japanese, then a euro
+  // sign that Shift_JIS lacks.
+  WriteFile(Path("in.sjis"), "ok\x80\x82\xA0 x");
+  WriteFile(Path("in.utf8"), "ab \xE2\x82\xAC c");
+  EXPECT_EQ(Varnice("convert -f sjis -t utf8 in.sjis").out, "ok\xEF\xBF\xBD\xE3\x81\x82 x");
+  EXPECT_EQ(Varnice("convert -f sjis -t utf8 --on-error=skip in.sjis").out, "ok\xE3\x81\x82 x");
+  EXPECT_EQ(Varnice("convert -f utf8 -t sjis in.utf8").out, "ab \x1A c");
+  EXPECT_EQ(Varnice("convert -f utf8 -t sjis --subst='(EUR)' in.utf8").out, "ab (EUR) c");
+  EXPECT_EQ(Varnice("convert -f utf8 -t sjis --on-error=skip in.utf8").out, "ab  c");
+
+  WriteFile(Path("out.txt"), "previous");
+  Outcome r = Varnice("convert -f sjis -t utf8 --on-error=fail -o out.txt in.sjis");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "varnice: in.sjis: a Shift_JIS code with no Unicode character at byte offset 2\n");
+  EXPECT_EQ(ReadFile(Path("out.txt")), "previous");  // left as it was
+  EXPECT_EQ(std::distance(fs::directory_iterator(dir_), fs::directory_iterator()), 4);  // no temporary left
+
+  r = Varnice("convert -f utf8 -t sjis --on-error=fail in.utf8");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "varnice: in.utf8: U+20AC, which Shift_JIS cannot represent, at byte offset 3\n");
+  // From a pipe the input cannot be read again, so only the piece is named.
+  r = Varnice("convert -f utf8 -t sjis --on-error=fail", "cat in.utf8 | ");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "varnice: standard input: U+20AC, which Shift_JIS cannot represent, between byte offsets 0 and 8\n");
+}
+
+TEST_F(Command, DetectNamesEachFile) {
+  Outcome r = Varnice("detect " + kSamples + "japanese.eucjp.txt");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out, "EUC-JP\n");  // alone, for scripts
+  r = Varnice("detect japanese.sjis.txt japanese.iso2022jp.txt european.latin1.txt japanese.utf8.txt", "cd " + kSamples + " && ");
+  EXPECT_EQ(r.out,
+            "japanese.sjis.txt: Shift_JIS\njapanese.iso2022jp.txt: ISO-2022-JP\n"
+            "european.latin1.txt: CP1252\njapanese.utf8.txt: UTF8\n");
+  WriteFile(Path("jis.txt"), "\x1B$B$\"\x1B(B");  // あ
+  r = Varnice("detect -v -", "cat jis.txt | ");
+  EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "ISO-2022-JP");
+  EXPECT_NE(r.out.find("decided after 8 bytes"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("ISO-2022-JP          score           1  tie-breaker           0"), std::string::npos) << r.out;
+  EXPECT_EQ(Varnice("detect -f auto-ja " + kSamples + "japanese.sjis.txt").out, "Shift_JIS\n");
+}
+
+TEST_F(Command, ClearMessagesAndExitCodesForMistakes) {
+  WriteFile(Path("a.txt"), "a");
+  struct Case {
+    const char* args;
+    int status;
+    const char* message;
+  } cases[] = {
+      {"convert -f klingon -t utf8 a.txt", 2, "varnice: unknown source encoding 'klingon' (see 'varnice list')\n"},
+      {"convert -f utf8 -t auto a.txt", 2,
+       "varnice convert: AutoDetect only reads; choose a target encoding that can be written\n"},
+      {"convert -f utf8 a.txt", 2, "varnice convert: both -f FROM and -t TO are needed (see 'varnice convert --help')\n"},
+      {"convert -f utf8 -t utf8 --on-error=ignore a.txt", 2,
+       "varnice convert: --on-error takes replace, skip or fail, not 'ignore'\n"},
+      {"convert -x", 2, "varnice convert: unknown option '-x' (see 'varnice convert --help')\n"},
+      {"convert -f utf8 -t utf8 missing.txt", 3, "varnice: cannot read missing.txt: No such file or directory\n"},
+      {"convert -f utf8 -t utf8 -o no/such/dir/out a.txt", 3,
+       "varnice: cannot write no/such/dir/out: No such file or directory\n"},
+      {"detect missing.txt", 3, "varnice: cannot read missing.txt: No such file or directory\n"},
+      {"detect -f utf8 a.txt", 2, "varnice detect: UTF8 does not detect; use auto or auto-ja\n"},
+      {"frobnicate", 2, nullptr},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.args);
+    const Outcome r = Varnice(c.args);
+    EXPECT_EQ(r.status, c.status);
+    if (c.message != nullptr) EXPECT_EQ(r.err, c.message);
+    EXPECT_EQ(r.out, "");
+  }
+  for (const char* command : {"convert", "detect", "list", "char", "version"}) {
+    const Outcome r = Varnice(std::string(command) + " --help");
+    EXPECT_EQ(r.status, 0) << command;
+    EXPECT_EQ(r.out.rfind(std::string("usage: varnice ") + command, 0), 0u) << r.out;
+  }
+}
+
+// Input far larger than the detection window streams through unchanged.
+TEST_F(Command, LargeInputDetectsFromItsStartAndStreams) {
+  std::string text;
+  while (text.size() < 3'000'000) text += "line of ASCII then \xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\n";
+  WriteFile(Path("big.txt"), text);
+  ASSERT_EQ(Varnice("convert -f utf8 -t euc-jp -o big.euc big.txt").status, 0);
+  const Outcome r = Varnice("convert -f auto -t utf8 big.euc");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_TRUE(r.out == text);
+  EXPECT_EQ(Varnice("detect -v big.euc").out.substr(0, 7), "EUC-JP\n");
+}
+
+}  // namespace

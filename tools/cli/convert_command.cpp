@@ -1,0 +1,387 @@
+// varnice convert: bytes in one encoding to bytes in another, streamed
+// through the library's converting sinks in pieces, so memory stays constant
+// whatever the input size.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "tools/cli/cli.h"
+#include "tools/cli/detection_window.h"
+#include "varnice/varnice.h"
+
+namespace cli {
+namespace {
+
+const char kHelp[] =
+    "usage: varnice convert -f FROM -t TO [-o OUT] [--on-error=MODE] [--subst=TEXT] [FILE...]\n"
+    "\n"
+    "Converts each FILE (standard input when none, or for \"-\") from encoding FROM to\n"
+    "encoding TO and writes the result to OUT, else to standard output.\n"
+    "\n"
+    "  -f, --from=NAME     the input encoding; \"auto\" (or \"auto-ja\" for text known to\n"
+    "                      be Japanese) detects it from each file's first megabyte\n"
+    "  -t, --to=NAME       the output encoding (names as in 'varnice list')\n"
+    "  -o, --output=OUT    write OUT, and only once everything converted: on any\n"
+    "                      failure OUT is left as it was\n"
+    "  --on-error=replace  unconvertible input becomes U+FFFD, and characters TO\n"
+    "                      lacks become the substitute (the default)\n"
+    "  --on-error=skip     unconvertible input and characters are dropped\n"
+    "  --on-error=fail     stop at the first one, naming its byte offset\n"
+    "  --subst=TEXT        the substitute for characters TO lacks, as TO bytes\n"
+    "                      (default: the encoding's own, 0x1A for most)\n"
+    "\n"
+    "A progress bar appears on standard error for long conversions when it is a\n"
+    "terminal. Exit status: 0 done, 1 stopped by --on-error=fail, 2 bad usage or\n"
+    "unknown encoding, 3 unreadable input or unwritable output.\n";
+
+enum class OnError { kReplace, kSkip, kFail };
+
+// Thrown by the failing behaviour; carries what could not be converted.
+struct Unconvertible {
+  std::string what;
+};
+
+class CommandBehavior : public UnicodeLibBehavior {
+ public:
+  explicit CommandBehavior(OnError mode) : mode_(mode) {}
+
+  void HandleExternalToInternalConversionProblem(ExternalToInternalConversionProblem& p) override {
+    if (mode_ == OnError::kReplace) return UnicodeLibBehavior::HandleExternalToInternalConversionProblem(p);
+    if (mode_ == OnError::kFail) throw Unconvertible{std::string("input that is not ") + DisplayName(p.source)};
+  }
+  void HandleNoCharacterDefinedForCodepoint(NoCharacterDefinedForCodepoint& p) override {
+    if (mode_ != OnError::kFail) return HandleExternalToInternalConversionProblem(p);
+    throw Unconvertible{std::string("a ") + DisplayName(p.source) + " code with no Unicode character"};
+  }
+  void HandleInternalToExternalConversionProblem(InternalToExternalConversionProblem& p) override {
+    if (mode_ == OnError::kReplace) return UnicodeLibBehavior::HandleInternalToExternalConversionProblem(p);
+    if (mode_ == OnError::kSkip) return;
+    unsigned long c = p.inputStop[-1];
+    if (p.inputStop - p.inputBegin >= 2 && c >= 0xDC00 && c < 0xE000 && p.inputStop[-2] >= 0xD800 &&
+        p.inputStop[-2] < 0xDC00) {
+      c = 0x10000 + ((p.inputStop[-2] - 0xD800UL) << 10) + (c - 0xDC00);
+    }
+    char text[80];
+    std::snprintf(text, sizeof text, "U+%04lX, which %s cannot represent,", c, DisplayName(p.target));
+    throw Unconvertible{text};
+  }
+
+ private:
+  OnError mode_;
+};
+
+// Counts the UTF-16 units passing between the two halves of a conversion.
+class CountingSink : public Char16ProxySink {
+ public:
+  using Char16ProxySink::Char16ProxySink;
+  void PutBuffer(const unsigned short* b, const unsigned short* e) override {
+    units += e - b;
+    Char16ProxySink::PutBuffer(b, e);
+  }
+  long long units = 0;
+};
+
+class NullSink : public CharSink {
+ public:
+  NullSink() : CharSink(static_cast<const UnicodeLibActor*>(nullptr)) {}
+  void Flush() override {}
+  void PutBuffer(const char*, const char*) override {}
+};
+
+// from bytes -> UTF-16 -> counted -> to bytes -> output.
+class Pipeline {
+ public:
+  Pipeline(const ExternalEncoding& from, const ExternalEncoding& to, CharSink& output)
+      : fromUnicode_(to.CreateCharSinkFromUnicode(output, arena_)),
+        counter_(fromUnicode_),
+        toUnicode_(from.CreateCharSinkToUnicode(counter_, arena_)) {}
+  ~Pipeline() {
+    delete toUnicode_;
+    delete fromUnicode_;
+  }
+  Pipeline(const Pipeline&) = delete;
+  Pipeline& operator=(const Pipeline&) = delete;
+
+  void Put(const char* b, const char* e) { toUnicode_->PutBuffer(b, e); }
+  void Finish() { toUnicode_->Flush(); }
+  long long Units() const { return counter_.units; }
+
+ private:
+  LinearAllocator arena_{4096, __FILE__, __LINE__};
+  Char16Sink* fromUnicode_;
+  CountingSink counter_;
+  CharSink* toUnicode_;
+};
+
+class ProgressBar {
+ public:
+  ProgressBar(const Input& in) : in_(in), shown_(isatty(2) && in.Size() > 0), start_(Clock::now()) {}
+  ~ProgressBar() {
+    if (drawn_) std::fputs("\r\033[K", stderr);
+  }
+  void Update() {
+    if (!shown_) return;
+    const auto now = Clock::now();
+    // Only conversions that last show a bar, and it is redrawn ten times a second.
+    if (now - start_ < std::chrono::milliseconds(500) || now - last_ < std::chrono::milliseconds(100)) return;
+    last_ = now;
+    const double seconds = std::chrono::duration<double>(now - start_).count();
+    const double part = static_cast<double>(in_.Offset()) / static_cast<double>(in_.Size());
+    const int filled = static_cast<int>(part * 30);
+    std::fprintf(stderr, "\r%.30s %3d%% [%.*s%*s] %.1f MB/s", in_.Name().c_str(), static_cast<int>(part * 100),
+                 filled, "##############################", 30 - filled, "", in_.Offset() / seconds / 1e6);
+    drawn_ = true;
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  const Input& in_;
+  bool shown_;
+  bool drawn_ = false;
+  Clock::time_point start_;
+  Clock::time_point last_{};
+};
+
+// Where the unconvertible character starts: the conversion is run again up
+// to the failing piece, then byte by byte, and the answer is the end of the
+// last byte that completed a character. Null when the input cannot be read
+// again.
+bool LocateFailure(Input& in, const ExternalEncoding& from, const ExternalEncoding& to, long long pieceStart,
+                   long long& offset) {
+  if (!in.Rewind()) return false;
+  NullSink discard;
+  Pipeline again(from, to, discard);
+  const long long byteWiseFrom = pieceStart > 8 ? pieceStart - 8 : 0;  // a split character starts before
+  offset = byteWiseFrom;
+  try {
+    const char* b;
+    const char* e;
+    while (in.Next(b, e)) {
+      const long long at = in.Offset() - (e - b);
+      const char* bulkEnd = at >= byteWiseFrom ? b : b + std::min<long long>(e - b, byteWiseFrom - at);
+      if (bulkEnd > b) again.Put(b, bulkEnd);
+      for (const char* p = bulkEnd; p < e; ++p) {
+        const long long units = again.Units();
+        again.Put(p, p + 1);
+        if (again.Units() != units) offset = at + (p + 1 - b);
+      }
+    }
+    again.Finish();
+  } catch (const Unconvertible&) {
+    return true;
+  }
+  return false;  // no failure the second time: cannot say where
+}
+
+struct Options {
+  const char* from = nullptr;
+  const char* to = nullptr;
+  const char* output = nullptr;
+  const char* subst = nullptr;
+  OnError onError = OnError::kReplace;
+  std::vector<std::string> files;
+};
+
+// Parses the options; returns kOk, kUsage after a message, or -1 for --help.
+int Parse(int argc, char** argv, Options& o) {
+  bool optionsEnded = false;
+  for (int i = 0; i < argc; ++i) {
+    const std::string arg = argv[i];
+    auto value = [&](const char* shortName, const char* longName, const char*& into) {
+      const std::string longEq = std::string(longName) + "=";
+      if (arg == shortName || arg == longName) {
+        if (i + 1 == argc) {
+          std::fprintf(stderr, "varnice convert: %s needs a value\n", arg.c_str());
+          return -1;
+        }
+        into = argv[++i];
+        return 1;
+      }
+      if (arg.rfind(longEq, 0) == 0) {
+        into = argv[i] + longEq.size();
+        return 1;
+      }
+      return 0;
+    };
+    if (optionsEnded || arg == "-" || arg[0] != '-') {
+      o.files.push_back(arg);
+      continue;
+    }
+    if (arg == "--") {
+      optionsEnded = true;
+      continue;
+    }
+    if (arg == "-h" || arg == "--help") return -1;
+    int r = value("-f", "--from", o.from);
+    if (r == 0) r = value("-t", "--to", o.to);
+    if (r == 0) r = value("-o", "--output", o.output);
+    if (r == 0) r = value("--subst", "--subst", o.subst);
+    const char* mode = nullptr;
+    if (r == 0) r = value("--on-error", "--on-error", mode);
+    if (r < 0) return kUsage;
+    if (mode != nullptr) {
+      if (std::strcmp(mode, "replace") == 0) {
+        o.onError = OnError::kReplace;
+      } else if (std::strcmp(mode, "skip") == 0) {
+        o.onError = OnError::kSkip;
+      } else if (std::strcmp(mode, "fail") == 0) {
+        o.onError = OnError::kFail;
+      } else {
+        std::fprintf(stderr, "varnice convert: --on-error takes replace, skip or fail, not '%s'\n", mode);
+        return kUsage;
+      }
+    }
+    if (r == 0) {
+      std::fprintf(stderr, "varnice convert: unknown option '%s' (see 'varnice convert --help')\n", arg.c_str());
+      return kUsage;
+    }
+  }
+  if (o.from == nullptr || o.to == nullptr) {
+    std::fputs("varnice convert: both -f FROM and -t TO are needed (see 'varnice convert --help')\n", stderr);
+    return kUsage;
+  }
+  if (o.files.empty()) o.files.push_back("-");
+  return kOk;
+}
+
+// Converts one input into `out`; kOk, kConversionFailed or kIoError.
+int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& to, CharSink& out) {
+  const ExternalEncoding* source = &from;
+  std::unique_ptr<DetectionWindow> window;
+  if (const auto* detecting = dynamic_cast<const AutoDetectEncoding*>(&from)) {
+    window = std::make_unique<DetectionWindow>(*detecting);
+    source = window->Choose(in);
+    if (source == nullptr) return kUsage;
+  }
+  long long pieceStart = 0;
+  try {
+    Pipeline pipeline(*source, to, out);
+    ProgressBar progress(in);
+    if (window != nullptr && window->ExaminedCount() > 0) {
+      pipeline.Put(window->Examined(), window->Examined() + window->ExaminedCount());
+    }
+    if (window != nullptr && window->LeftoverBegin() != window->LeftoverEnd()) {
+      pipeline.Put(window->LeftoverBegin(), window->LeftoverEnd());
+    }
+    const char* b;
+    const char* e;
+    pieceStart = in.Offset();
+    while (in.Next(b, e)) {
+      pipeline.Put(b, e);
+      pieceStart = in.Offset();
+      progress.Update();
+    }
+    pipeline.Finish();
+  } catch (const Unconvertible& failure) {
+    long long offset;
+    if (LocateFailure(in, *source, to, pieceStart, offset)) {
+      std::fprintf(stderr, "varnice: %s: %s at byte offset %lld\n", in.Name().c_str(), failure.what.c_str(),
+                   offset);
+    } else {
+      std::fprintf(stderr, "varnice: %s: %s between byte offsets %lld and %lld\n", in.Name().c_str(),
+                   failure.what.c_str(), pieceStart, in.Offset());
+    }
+    return kConversionFailed;
+  }
+  return in.Failed() ? kIoError : kOk;
+}
+
+// Output: standard output, or a temporary file beside OUT that replaces OUT
+// only when everything succeeded.
+class Output {
+ public:
+  explicit Output(const char* path) : path_(path != nullptr ? path : "") {
+    if (path == nullptr) {
+      file_ = stdout;
+      return;
+    }
+    temporary_ = path_ + ".varnice-XXXXXX";
+    const int fd = mkstemp(temporary_.data());
+    if (fd >= 0) file_ = fdopen(fd, "wb");
+    if (file_ == nullptr) std::fprintf(stderr, "varnice: cannot write %s: %s\n", path, std::strerror(errno));
+  }
+  ~Output() {
+    if (!temporary_.empty() && file_ != nullptr) {
+      std::fclose(file_);
+      std::remove(temporary_.c_str());
+    }
+  }
+  Output(const Output&) = delete;
+  Output& operator=(const Output&) = delete;
+
+  std::FILE* File() const { return file_; }
+  // Puts the output in place when `ok`; false (after a message) if writing failed.
+  bool Close(bool ok) {
+    const char* shown = path_.empty() ? "standard output" : path_.c_str();
+    bool written = std::fflush(file_) == 0 && !std::ferror(file_);
+    const int error = errno;
+    if (temporary_.empty()) {
+      if (!written) std::fprintf(stderr, "varnice: cannot write %s: %s\n", shown, std::strerror(error));
+      return written;
+    }
+    struct stat st;
+    // A new file gets the permissions any file made here would get.
+    const mode_t mask = umask(0);
+    umask(mask);
+    fchmod(fileno(file_), stat(path_.c_str(), &st) == 0 ? st.st_mode & 07777 : 0666 & ~mask);
+    written = std::fclose(file_) == 0 && written;
+    file_ = nullptr;
+    if (ok && written && std::rename(temporary_.c_str(), path_.c_str()) == 0) return true;
+    if (ok) std::fprintf(stderr, "varnice: cannot write %s: %s\n", shown, std::strerror(errno));
+    std::remove(temporary_.c_str());
+    return !ok ? true : false;
+  }
+
+ private:
+  std::string path_;
+  std::string temporary_;
+  std::FILE* file_ = nullptr;
+};
+
+}  // namespace
+
+int RunConvert(int argc, char** argv) {
+  Options o;
+  const int parsed = Parse(argc, argv, o);
+  if (parsed < 0) {
+    std::fputs(kHelp, stdout);
+    return kOk;
+  }
+  if (parsed != kOk) return parsed;
+  const ExternalEncoding* from = FindEncoding(o.from, "source");
+  const ExternalEncoding* to = FindEncoding(o.to, "target");
+  if (from == nullptr || to == nullptr) return kUsage;
+  if (!to->IsValidForOutput()) {
+    std::fprintf(stderr, "varnice convert: %s only reads; choose a target encoding that can be written\n",
+                 to->Name());
+    return kUsage;
+  }
+  // Every stage takes the default behaviour when it is made.
+  CommandBehavior behavior(o.onError);
+  if (o.subst != nullptr) behavior.SetExternalSubstitute(o.subst);
+  UnicodeLibBehavior::SetDefaultBehavior(behavior);
+
+  Output output(o.output);
+  if (output.File() == nullptr) return kIoError;
+  int status = kOk;
+  {
+    FileCharSink out(output.File());
+    for (const std::string& path : o.files) {
+      Input in(path);
+      const int result = in.IsOpen() ? ConvertOne(in, *from, *to, out) : kIoError;
+      if (result == kConversionFailed || (result != kOk && status == kOk)) status = result;
+      if (status == kConversionFailed) break;
+    }
+  }
+  if (!output.Close(status == kOk) && status == kOk) status = kIoError;
+  return status;
+}
+
+}  // namespace cli
