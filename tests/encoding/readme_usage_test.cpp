@@ -24,4 +24,7 @@ TEST(ReadmeUsage, ShiftJISToUTF8ThroughAConverterAndStrings) {
   EXPECT_EQ(wide[0u], 0x3042);
   qz_string back(wide.c_str(), wide.size(), utf8);
   EXPECT_EQ(std::string(back.c_str()), "\xE3\x81\x82\xE3\x81\x84");
+
+  const ExternalEncoding& guess = *ExternalEncoding::Lookup("auto");
+  EXPECT_EQ(qz_wstring(bytes, 4, guess), wide);
 }
