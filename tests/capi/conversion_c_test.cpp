@@ -114,6 +114,12 @@ TEST_F(CInterface, AnEncodingThatCannotBeWrittenCanStillBeRead) {
   char bytes[8];
   EXPECT_THROW(VarniceConvertFromUnicode(number, units.data(), 1, bytes, 8, 0), InvalidOutputEncoding);
   EXPECT_THROW(VarniceCopyDataBetweenEncodings(0, "x", 1, number, bytes, 8, 0), InvalidOutputEncoding);
+  // The detecting encodings are such encodings too.
+  const int detecting = VarniceRegisterEncoding("auto");
+  std::vector<unsigned short> out(16, kUnitSentinel);
+  ASSERT_EQ(VarniceConvertToUnicode(detecting, kSjis.c_str(), -1, out.data(), 16), 4);
+  EXPECT_EQ(Text(out, 4), kUnits);
+  EXPECT_THROW(VarniceConvertFromUnicode(detecting, out.data(), 4, bytes, 8, 0), InvalidOutputEncoding);
 }
 
 // --- To Unicode ---------------------------------------------------------------
