@@ -1,5 +1,8 @@
 #include "varnice/unicodeforms/byte_order_mark.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "varnice/charprops/character_script.h"
 #include "varnice/stream/converting_sinks.h"
 #include "varnice/stream/converting_sources.h"
@@ -27,9 +30,12 @@ int BOMinserter::Convert(const unsigned short*& in, const unsigned short* inEnd,
     if (atStart_) {
       atStart_ = false;
       *out++ = kByteOrderMark;
-    } else {
-      *out++ = *in++;
+      continue;
     }
+    const std::size_t n = std::min(inEnd - in, outEnd - out);
+    std::memcpy(out, in, n * sizeof *in);
+    in += n;
+    out += n;
   }
 }
 
@@ -42,12 +48,15 @@ int BOMremover::Convert(const unsigned short*& in, const unsigned short* inEnd, 
   for (;;) {
     if (in == inEnd) return kInputUsedUp;
     if (out == outEnd) return kOutputFull;
-    const unsigned short u = *in++;
     if (atStart_) {
       atStart_ = false;
-      if (u == kByteOrderMark) continue;
+      if (*in == kByteOrderMark) ++in;
+      continue;
     }
-    *out++ = u;
+    const std::size_t n = std::min(inEnd - in, outEnd - out);
+    std::memcpy(out, in, n * sizeof *in);
+    in += n;
+    out += n;
   }
 }
 

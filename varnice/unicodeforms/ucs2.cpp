@@ -1,5 +1,6 @@
 #include "varnice/unicodeforms/ucs2.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 
@@ -75,6 +76,17 @@ void UCS2fromWhatever::Reset() {
 
 int UCS2fromWhatever::Convert(const unsigned short*& in, const unsigned short* inEnd, char*& out,
                               const char* outEnd, long capacity) {
+  // Units within both the output room and the byte budget need no check each.
+  long fast = std::min<long>(inEnd - in, (outEnd - out) / 2);
+  if (capacity != -1) {
+    fast = CapacityWasReached() ? 0 : std::min(fast, capacity / 2);
+    capacity -= 2 * fast;
+  }
+  const int first = bigEndian_ ? 8 : 0;
+  for (const unsigned short* stop = in + fast; in != stop; ++in) {
+    *out++ = static_cast<char>(*in >> first);
+    *out++ = static_cast<char>(*in >> (8 - first));
+  }
   for (;;) {
     if (in == inEnd) return kInputUsedUp;
     if (outEnd - out < 2) return kOutputFull;
