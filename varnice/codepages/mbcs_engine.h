@@ -247,6 +247,11 @@ class FromUnicodeFinder {
       : table_(table),
         plane_(dynamic_cast<CodePagePlaneTable const*>(&table)),
         delta_(dynamic_cast<CodePageDeltaTable const*>(&table)) {}
+  // With the shape recognised beforehand: plane or delta is the table itself
+  // seen as that shape, or null.
+  FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table, CodePagePlaneTable const* plane,
+                    CodePageDeltaTable const* delta)
+      : table_(table), plane_(plane), delta_(delta) {}
 
   // Calls body(find) with the fastest find(unit, code&) for the shape.
   template <class Body>
