@@ -1,6 +1,10 @@
 // The C registration and conversion functions.
 //
-// Each conversion builds the same stages the encoding converters would build
+// A table-driven code page under the plain default policy is converted
+// directly over the caller's buffers (direct_code_page.h); everything else
+// takes the general route below.
+//
+// The general route builds the same stages the encoding converters would build
 // (the encodings' own factories, with the default behaviour the buffer
 // streams capture), but places them in an arena on the stack instead of a
 // converter's malloc'd block, and owns them through a director as a
@@ -12,6 +16,7 @@
 #include "varnice/capi/data_encoding_table.h"
 #include "varnice/capi/varnice_c.h"
 #include "varnice/encoding/encodingconverter/encoding_converter.h"
+#include "varnice/encoding/unicode_lib_behavior.h"
 #include "varnice/encoding/unicode_lib_director.h"
 #include "varnice/stream/buffer_char16_sink.h"
 #include "varnice/stream/buffer_char_sink.h"
@@ -19,6 +24,7 @@
 
 using varnice::internal::CallArena;
 using varnice::internal::DataEncodings;
+using varnice::internal::DirectCodePage;
 
 namespace {
 
@@ -50,6 +56,19 @@ extern "C" int VarniceConvertToUnicode(int number, const char* src, int srcLen, 
     return 0;
   }
   if (dstLen == 0) return 0;
+
+  if (const DirectCodePage& cp = DataEncodings().Direct(number)) {
+    if (const UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
+      // A code page writes at most one unit per byte, so with unstated room
+      // the input's length bounds the output.
+      const long room = dstLen > 0 ? dstLen : length;
+      long count = varnice::internal::DecodeDirect(cp, *behavior, src, length, dst, room);
+      // A full buffer is cut, as below.
+      if (count == dstLen) count = dstLen - 1;
+      dst[count] = 0;
+      return static_cast<int>(count);
+    }
+  }
 
   BufferCharSource source(src, src + length);
   Arena arena;
@@ -90,6 +109,17 @@ extern "C" int VarniceConvertFromUnicode(int number, const unsigned short* src, 
   const long length = src == nullptr ? 0 : srcLen >= 0 ? srcLen : UnitCount(src);
   const ExternalEncoding* encoding = DataEncodings().Encoding(number);
   if (length == 0 || encoding == nullptr) return 0;
+
+  if (const DirectCodePage& cp = DataEncodings().Direct(number)) {
+    if (const UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
+      // No room (or unstated room) takes nothing, as the sink below does.
+      if (dstLen <= 0) return 0;
+      const long count = varnice::internal::EncodeDirect(cp, *behavior, src, length, dst, dstLen);
+      // Terminated only if the NUL fits, as the sink terminates.
+      if (count < dstLen) dst[count] = '\0';
+      return static_cast<int>(count);
+    }
+  }
 
   BufferCharSink bytes(dst, dstLen);
   Arena arena;

@@ -41,6 +41,11 @@ bool DataEncodingTable::HostVersionIsCompatible() { return UnicodeLibrary::Versi
 
 const ExternalEncoding* DataEncodingTable::Latin1() { return ExternalEncoding::ISOLatin1(); }
 
+const DirectCodePage& DataEncodingTable::Latin1Direct() {
+  static const DirectCodePage latin1 = DirectCodePage::Of(Latin1());
+  return latin1;
+}
+
 int DataEncodingTable::Register(const char* name) {
   // Only the first call ever checks, even if that check failed.
   if (++registerCalls_ == 1 && !versionCheck_()) {
@@ -67,6 +72,7 @@ int DataEncodingTable::Register(const char* name) {
   const int length = EncodeSpace(*encoding, space);
   const int number = nextFree_++;
   encodings_[number] = encoding;
+  direct_[number] = DirectCodePage::Of(encoding);
   nominalLength_[number] = static_cast<signed char>(length);
   encodedSpace_[number][0] = space[0];
   encodedSpace_[number][1] = space[1];

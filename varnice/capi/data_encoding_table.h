@@ -9,6 +9,8 @@
 #ifndef VARNICE_CAPI_DATA_ENCODING_TABLE_H_
 #define VARNICE_CAPI_DATA_ENCODING_TABLE_H_
 
+#include "varnice/capi/direct_code_page.h"
+
 class ExternalEncoding;
 
 namespace varnice::internal {
@@ -38,6 +40,12 @@ class DataEncodingTable {
   }
   // The encoding's name, or "" for 0 and unregistered numbers.
   const char* Name(int number) const;
+  // The encoding as a code page to convert directly; empty when it is not
+  // one, and for unregistered numbers.
+  const DirectCodePage& Direct(int number) const {
+    if (number == 0) return Latin1Direct();
+    return number > 0 && number < nextFree_ && number <= kMaxNumber ? direct_[number] : direct_[0];
+  }
   // Unchecked, as the C function is: the caller passes 0 or a registered number.
   int NominalCharLength(int number) const { return nominalLength_[number]; }
   const unsigned char* EncodedSpace(int number) const { return encodedSpace_[number]; }
@@ -48,11 +56,13 @@ class DataEncodingTable {
 
  private:
   static const ExternalEncoding* Latin1();
+  static const DirectCodePage& Latin1Direct();
 
   VersionCheck versionCheck_;
   unsigned long registerCalls_ = 0;
   int nextFree_ = 1;
   const ExternalEncoding* encodings_[kMaxNumber + 1] = {};
+  DirectCodePage direct_[kMaxNumber + 1] = {};  // [0] stays empty
   signed char nominalLength_[kMaxNumber + 1] = {};
   unsigned char encodedSpace_[kMaxNumber + 1][2] = {};
 };

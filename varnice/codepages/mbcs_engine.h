@@ -247,6 +247,11 @@ class FromUnicodeFinder {
       : table_(table),
         plane_(dynamic_cast<CodePagePlaneTable const*>(&table)),
         delta_(dynamic_cast<CodePageDeltaTable const*>(&table)) {}
+  // With the shape recognised beforehand: plane or delta is the table itself
+  // seen as that shape, or null.
+  FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table, CodePagePlaneTable const* plane,
+                    CodePageDeltaTable const* delta)
+      : table_(table), plane_(plane), delta_(delta) {}
 
   // Calls body(find) with the fastest find(unit, code&) for the shape.
   template <class Body>
@@ -261,17 +266,18 @@ class FromUnicodeFinder {
     }
     if (delta_ != nullptr) {
       // Text keeps to a few runs (Latin letters, then kana, ...), so the run
-      // of the last unit is tried before searching.
-      ChunkTableEntryUSL const* lastRun = nullptr;
+      // of the last unit is tried before searching. It is kept as a copy on
+      // the stack: the loops' byte stores could alias the table itself, and
+      // would force its fields to be read again for every unit.
+      ChunkTableEntryUSL lastRun{1, 0, 0};  // empty until the first search
       return body([runs = delta_->Runs(), count = delta_->Count(), last = &lastRun](unsigned short u,
                                                                                       unsigned long& code) {
-        ChunkTableEntryUSL const* run = *last;
-        if (run == nullptr || u < run->first || u > run->last) {
-          run = FindChunk(runs, count, u);
+        if (u < last->first || u > last->last) {
+          ChunkTableEntryUSL const* run = FindChunk(runs, count, u);
           if (run == nullptr) return false;
-          *last = run;
+          *last = *run;
         }
-        code = static_cast<std::uint32_t>(u + run->value);
+        code = static_cast<std::uint32_t>(u + last->value);
         return true;
       });
     }
