@@ -91,6 +91,44 @@ TEST(MBCSfromUnicode, NeedsFourBytesOfRoomAndReportsUnmappedUnits) {
   EXPECT_EQ(dynamic_cast<MBCSEncoding&>(*ExternalEncoding::ShiftJIS()).FromUnicode(0x00E9), 0xFFFDu);
 }
 
+// Runs of units a page writes as themselves take a short cut; it must stop
+// exactly where a unit needs the table (or has no code), wherever that falls
+// in a block of eight, and where the room ends.
+TEST(MBCSfromUnicode, IdentityRunsStopAtTheFirstOtherUnit) {
+  for (ExternalEncoding* e : {ExternalEncoding::ISOLatin1(), ExternalEncoding::CP1252(), ExternalEncoding::ASCII(),
+                              ExternalEncoding::ShiftJIS()}) {
+    SCOPED_TRACE(e->Name());
+    const auto& page = dynamic_cast<const MBCSEncoding&>(*e);
+    Converters c(e);
+    std::uint32_t seed = 7;
+    for (int trial = 0; trial < 200; ++trial) {
+      std::u16string text;
+      const char16_t others[] = {u'\u0080', u'\u00E9', u'\u0152', u'\u20AC', u'\u3042'};
+      for (int i = 0; i < 40; ++i) {
+        seed = seed * 1103515245 + 12345;
+        text += (seed >> 16) % 16 == 0 ? others[(seed >> 8) % 5] : static_cast<char16_t>(0x20 + (seed >> 20) % 0x5F);
+      }
+      // The reference: unit by unit up to the first without a code.
+      std::string expected;
+      std::size_t consumed = 0;
+      for (char16_t u : text) {
+        ++consumed;
+        const unsigned long code = page.FromUnicode(u);
+        if (code == 0xFFFD) break;
+        for (int shift = code > 0xFF ? 8 : 0; shift >= 0; shift -= 8) expected += static_cast<char>(code >> shift);
+      }
+      const std::size_t room = 4 + trial % 40;
+      const Encoded got = Encode(*c.from, text, -1, room);
+      const Encoded whole = Encode(*c.from, text, -1, 200);
+      EXPECT_EQ(whole.hex, codepage_test::Hex(expected));
+      EXPECT_EQ(whole.consumed, consumed);
+      EXPECT_EQ(whole.hex.substr(0, got.hex.size()), got.hex);
+      const std::size_t written = (got.hex.size() + 1) / 3;
+      EXPECT_TRUE(written == expected.size() || room - written < 4) << written;  // stopped only for want of room
+    }
+  }
+}
+
 TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
   Converters c(ExternalEncoding::EUCPkdFmtJapanese());
   // The two-byte code does not fit the one byte left; the refused unit is consumed.

@@ -76,7 +76,8 @@ long EncodeDirect(const DirectCodePage& cp, const UnicodeLibBehavior& behavior, 
     for (;;) {
       // While four bytes of room remain any character fits, so the engine's
       // tight loop runs with no budget to ask.
-      const int result = EncodeMBCS(find, pass, in, inEnd, out, limit, true, [](long) { return false; });
+      const int result = EncodeMBCS(find, pass, in, inEnd, out, limit, true, [](long) { return false; },
+                                    finder.IdentityEnd());
       if (result == kMBCSInputUsed) return 0;
       if (result == kMBCSNotInRepertoire) {
         if (!putSubstitute()) return 0;

@@ -79,9 +79,10 @@ int MBCSfromUnicode::Convert(const unsigned short*& in, const unsigned short* in
   const bool unbounded = capacity == -1 || (!CapacityWasReached() && capacity >= most);
   // The finder recognises the stored table shapes, so that the loop below
   // searches their data inline rather than calling through the table.
-  return FromUnicodeFinder(table_).With([&](const auto& find) {
+  const FromUnicodeFinder finder(table_);
+  return finder.With([&](const auto& find) {
     return EncodeMBCS(find, pass, in, inEnd, out, outEnd, unbounded,
-                      [&](long n) { return ReachedCapacity(n, 0, capacity); });
+                      [&](long n) { return ReachedCapacity(n, 0, capacity); }, finder.IdentityEnd());
   });
 }
 

@@ -5,6 +5,8 @@
 #ifndef VARNICE_CODEPAGES_MBCS_ENGINE_H_
 #define VARNICE_CODEPAGES_MBCS_ENGINE_H_
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -156,12 +158,31 @@ inline void WriteBigEndian(unsigned long code, int n, char*& out) {
 template <class Find, class Reached>
 int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*& in,
                unsigned short const* inEnd, char*& out, char const* outEnd, bool unlimited,
-               Reached&& reached) {
+               Reached&& reached, unsigned identityEnd = 0) {
   for (;;) {
     if (unlimited && !pass) {
       // Nothing to ask before writing: encode in a tight loop until a unit
       // has no code or room runs short.
       while (in != inEnd && outEnd - out >= 4) {
+        if (*in < identityEnd) {
+          // Units the page writes as themselves: no lookup, eight at a time
+          // where the limit is a power of two.
+          unsigned short const* const stop = in + std::min<std::ptrdiff_t>(inEnd - in, outEnd - out - 3);
+          if ((identityEnd & (identityEnd - 1)) == 0) {
+            const std::uint64_t high = 0x0001000100010001ULL * (0x10000 - identityEnd);
+            while (stop - in >= 8) {
+              std::uint64_t a, b;
+              std::memcpy(&a, in, 8);
+              std::memcpy(&b, in + 4, 8);
+              if (((a | b) & high) != 0) break;
+              for (int i = 0; i < 8; ++i) out[i] = static_cast<char>(in[i]);
+              in += 8;
+              out += 8;
+            }
+          }
+          while (in != stop && *in < identityEnd) *out++ = static_cast<char>(*in++);
+          continue;
+        }
         unsigned long code;
         if (!find(*in, code)) break;
         ++in;
@@ -286,6 +307,16 @@ class FromUnicodeFinder {
 
   bool Find(unsigned short u, unsigned long& code) const {
     return With([&](auto const& find) { return find(u, code) ? 1 : 0; }) != 0;
+  }
+
+  // The units below this limit are written as themselves in one byte (0 when
+  // the table does not say so at a glance: only a delta table whose first run
+  // starts at U+0000 with no offset does).
+  unsigned IdentityEnd() const {
+    if (delta_ == nullptr || delta_->Count() == 0) return 0;
+    ChunkTableEntryUSL const& first = delta_->Runs()[0];
+    if (first.first != 0 || first.value != 0) return 0;
+    return first.last >= 0xFF ? 0x100 : first.last + 1u;
   }
 
  private:
