@@ -13,11 +13,6 @@ namespace {
 using testing_streams::ChunkSource;
 using testing_streams::Collect16;
 
-// A behaviour with the detection messages on.
-struct Verbose : UnicodeLibBehavior {
-  Verbose() { SetDisplayAutoDetectMessages(true); }
-};
-
 std::u16string Direct(const ExternalEncoding& e, const std::string& bytes) {
   qz_wstring w(bytes.data(), bytes.size(), e);
   return std::u16string(reinterpret_cast<const char16_t*>(w.c_str()), w.size());
@@ -47,14 +42,17 @@ class Detect : public ::testing::Test {
   const ExternalEncoding* sjis = ExternalEncoding::ShiftJIS();
   const ExternalEncoding* euc = ExternalEncoding::EUCPkdFmtJapanese();
   LinearAllocator heap{4096, __FILE__, __LINE__};
+  // An actor whose behaviour prints the detection messages.
+  struct Verbose : UnicodeLibBehavior {
+    Verbose() { SetDisplayAutoDetectMessages(true); }
+  } verbose;
+  BufferCharSource verboseActor{"", nullptr};
+  Detect() { verboseActor.SetBehavior(&verbose); }
 };
 
 TEST_F(Detect, AsciiTiesUntilGuessWhichAssumesTheFirstCandidate) {
-  Verbose verbose;
-  BufferCharSource actor("", nullptr);
-  actor.SetBehavior(&verbose);
   const ExternalEncoding* candidates[] = {utf8, utf7};
-  EncodingChooser chooser(actor, candidates, 2, heap);
+  EncodingChooser chooser(verboseActor, candidates, 2, heap);
   const std::string text = "plain ASCII, no plus sign";
   EXPECT_EQ(chooser.Scan(text.data(), text.data() + text.size()), nullptr);
   testing::internal::CaptureStderr();
@@ -68,11 +66,8 @@ TEST_F(Detect, AsciiTiesUntilGuessWhichAssumesTheFirstCandidate) {
 }
 
 TEST_F(Detect, ByteOrderMarkDecidesAtOnce) {
-  Verbose verbose;
-  BufferCharSource actor("", nullptr);
-  actor.SetBehavior(&verbose);
   const ExternalEncoding* candidates[] = {utf8, ucs2};
-  EncodingChooser chooser(actor, candidates, 2, heap);
+  EncodingChooser chooser(verboseActor, candidates, 2, heap);
   const char text[] = "\xFF\xFE" "A\0B\0";
   testing::internal::CaptureStderr();
   EXPECT_EQ(chooser.Scan(text, text + 6), ucs2);

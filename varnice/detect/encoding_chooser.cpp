@@ -21,21 +21,36 @@ EncodingChooser::~EncodingChooser() {
   delete[] bytes_;
 }
 
-int EncodingChooser::FindBestScore(int& best) {
+namespace {
+
+// The one ranking rule, for scores and for tie-breakers: `best` starts at the
+// lowest int; a value equal to it is one more tie, a greater one becomes the
+// guess with no ties. Detectors that `take` refuses are passed over.
+template <class Value, class Take>
+int Rank(ExternalEncodingDetector* const* detectors, int count, const ExternalEncoding*& guess, int& best,
+         Value value, Take take) {
   best = INT_MIN;
   int ties = 0;
-  for (int i = 0; i < count_; ++i) {
-    if (detectors_[i] == nullptr) continue;
-    const int score = detectors_[i]->Score();
-    if (score == best) {
+  for (int i = 0; i < count; ++i) {
+    const ExternalEncodingDetector* d = detectors[i];
+    if (d == nullptr || !take(*d)) continue;
+    if (value(*d) == best) {
       ++ties;
-    } else if (score > best) {
-      best = score;
-      guess_ = &detectors_[i]->Encoding();
+    } else if (value(*d) > best) {
+      best = value(*d);
+      guess = &d->Encoding();
       ties = 1;
     }
   }
   return ties;
+}
+
+int ScoreOf(const ExternalEncodingDetector& d) { return d.Score(); }
+
+}  // namespace
+
+int EncodingChooser::FindBestScore(int& best) {
+  return Rank(detectors_, count_, guess_, best, ScoreOf, [](const ExternalEncodingDetector&) { return true; });
 }
 
 const ExternalEncoding* EncodingChooser::Scan(const char* begin, const char* end) {
@@ -68,19 +83,10 @@ const ExternalEncoding* EncodingChooser::Guess() {
   int bestScore;
   int ties = FindBestScore(bestScore);
   if (ties > 1) {
-    int best = INT_MIN;
-    ties = 0;
-    for (int i = 0; i < count_; ++i) {
-      if (detectors_[i] == nullptr || detectors_[i]->Score() != bestScore) continue;
-      const int tieBreaker = detectors_[i]->TieBreaker();
-      if (tieBreaker == best) {
-        ++ties;
-      } else if (tieBreaker > best) {
-        best = tieBreaker;
-        guess_ = &detectors_[i]->Encoding();
-        ties = 1;
-      }
-    }
+    int bestTieBreaker;
+    auto tieBreakerOf = [](const ExternalEncodingDetector& d) { return d.TieBreaker(); };
+    auto amongTheBest = [bestScore](const ExternalEncodingDetector& d) { return d.Score() == bestScore; };
+    ties = Rank(detectors_, count_, guess_, bestTieBreaker, tieBreakerOf, amongTheBest);
   }
   if (Behavior().DisplayAutoDetectMessages()) PrintScores(ties == 1 ? "Chose" : "Assuming", true);
   return guess_;
