@@ -143,7 +143,8 @@ TEST_F(Command, ClearMessagesAndExitCodesForMistakes) {
       {"convert -f utf8 a.txt", 2, "varnice convert: both -f FROM and -t TO are needed (see 'varnice convert --help')\n"},
       {"convert -f utf8 -t utf8 --on-error=ignore a.txt", 2,
        "varnice convert: --on-error takes replace, skip or fail, not 'ignore'\n"},
-      {"convert -x", 2, "varnice convert: unknown option '-x' (see 'varnice convert --help')\n"},
+      {"convert --frobnicate", 2, "varnice convert: unknown option '--frobnicate' (see 'varnice convert --help')\n"},
+      {"convert -x", 2, "varnice convert: -x needs a value\n"},
       {"convert -f utf8 -t utf8 missing.txt", 3, "varnice: cannot read missing.txt: No such file or directory\n"},
       {"convert -f utf8 -t utf8 -o no/such/dir/out a.txt", 3,
        "varnice: cannot write no/such/dir/out: No such file or directory\n"},
@@ -175,6 +176,50 @@ TEST_F(Command, LargeInputDetectsFromItsStartAndStreams) {
   EXPECT_EQ(r.status, 0);
   EXPECT_TRUE(r.out == text);
   EXPECT_EQ(Varnice("detect -v big.euc").out.substr(0, 7), "EUC-JP\n");
+}
+
+}  // namespace
+
+namespace {
+
+TEST_F(Command, TransformsStackBetweenDecodingAndEncoding) {
+  // Shift_JIS halfwidth katakana and fullwidth Latin, widened, made hiragana,
+  // then upper-cased only where Latin.
+  WriteFile(Path("in.txt"), "\xB6\xC0\xB6\xC5 abc \x82\x60\r\nx");
+  Outcome r = Varnice("convert -f Shift_JIS -t UTF-8 -x fullwidth,hiragana,upper:Latin in.txt");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, "かたかな　ＡＢＣ　Ａ\r\nＸ");
+  // Line ends made alike across a long input that the command reads in pieces.
+  std::string big;
+  for (int i = 0; i < 100000; ++i) big += "line\r\n";
+  WriteFile(Path("big.txt"), big);
+  r = Varnice("convert -f UTF-8 -t UTF-8 --transform=lf big.txt");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out.size(), 500000u);
+  EXPECT_EQ(r.out.find('\r'), std::string::npos);
+}
+
+TEST_F(Command, TransformMistakesAreUsageErrors) {
+  Outcome r = Varnice("convert -f UTF-8 -t UTF-8 -x upper,nonsense", "printf a | ");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("unknown transform 'nonsense'"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find(" halfwidth "), std::string::npos) << r.err;  // lists the valid ones
+  r = Varnice("convert -f UTF-8 -t UTF-8 -x upper:NoSuchClass", "printf a | ");
+  EXPECT_EQ(r.status, 2);
+  EXPECT_NE(r.err.find("unknown character class 'NoSuchClass'"), std::string::npos) << r.err;
+  r = Varnice("list --transforms");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.out.find("crlf"), std::string::npos);
+  EXPECT_NE(r.out.find("every line end to CR LF"), std::string::npos);
+}
+
+TEST_F(Command, TransformFailureIsPlacedAndExitsOne) {
+  // U+00E9 composed from e + U+0301 is not in ASCII: the failure names where.
+  Outcome r = Varnice("convert -f UTF-8 -t US-ASCII -x compose --on-error=fail",
+                      "printf 'abce\\314\\201' | ");
+  EXPECT_EQ(r.status, 1);
+  EXPECT_NE(r.err.find("U+00E9"), std::string::npos) << r.err;
+  EXPECT_NE(r.err.find("between byte offsets"), std::string::npos) << r.err;
 }
 
 }  // namespace

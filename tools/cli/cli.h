@@ -24,6 +24,16 @@ int RunChar(int argc, char** argv);
 int RunConvert(int argc, char** argv);
 int RunDetect(int argc, char** argv);
 
+// The transforms of `--transform`: NAME[:TEST][,NAME[:TEST]...], in the order
+// given. False after a usage message that lists the valid names.
+struct TransformStage {
+  const void* entry;  // a TransformCatalogue::Entry
+  const void* test;   // a CharacterTest
+};
+bool ParseTransforms(const char* spec, std::vector<TransformStage>& stages);
+// `varnice list --transforms`: one line each.
+void ListTransforms(std::FILE* out);
+
 // The encoding named, or null after a message naming `role` ("source",
 // "target"). Every encoding is created first, so any name in `varnice list`
 // is found.

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -20,7 +21,8 @@ namespace cli {
 namespace {
 
 const char kHelp[] =
-    "usage: varnice convert -f FROM -t TO [-o OUT] [--on-error=MODE] [--subst=TEXT] [FILE...]\n"
+    "usage: varnice convert -f FROM -t TO [-x T,...] [-o OUT] [--on-error=MODE] [--subst=TEXT]\n"
+    "                       [FILE...]\n"
     "\n"
     "Converts each FILE (standard input when none, or for \"-\") from encoding FROM to\n"
     "encoding TO and writes the result to OUT, else to standard output.\n"
@@ -28,6 +30,9 @@ const char kHelp[] =
     "  -f, --from=NAME     the input encoding; \"auto\" (or \"auto-ja\" for text known to\n"
     "                      be Japanese) detects it from each file's first megabyte\n"
     "  -t, --to=NAME       the output encoding (names as in 'varnice list')\n"
+    "  -x, --transform=T,...  run the text through these transforms, in order, between\n"
+    "                      reading and writing ('varnice list --transforms'); T:CLASS\n"
+    "                      changes only characters of a class, as upper:LatinScript\n"
     "  -o, --output=OUT    write OUT, and only once everything converted: on any\n"
     "                      failure OUT is left as it was\n"
     "  --on-error=replace  unconvertible input becomes U+FFFD, and characters TO\n"
@@ -186,6 +191,7 @@ struct Options {
   const char* output = nullptr;
   const char* subst = nullptr;
   OnError onError = OnError::kReplace;
+  std::vector<TransformStage> transforms;
   std::vector<std::string> files;
 };
 
@@ -225,7 +231,10 @@ int Parse(int argc, char** argv, Options& o) {
     if (r == 0) r = value("--subst", "--subst", o.subst);
     const char* mode = nullptr;
     if (r == 0) r = value("--on-error", "--on-error", mode);
+    const char* transforms = nullptr;
+    if (r == 0) r = value("-x", "--transform", transforms);
     if (r < 0) return kUsage;
+    if (transforms != nullptr && !ParseTransforms(transforms, o.transforms)) return kUsage;
     if (mode != nullptr) {
       if (std::strcmp(mode, "replace") == 0) {
         o.onError = OnError::kReplace;
@@ -251,8 +260,80 @@ int Parse(int argc, char** argv, Options& o) {
   return kOk;
 }
 
+// The input as a byte source, the detection window's bytes first.
+class InputSource : public CharSource {
+ public:
+  InputSource(Input& in, DetectionWindow* window, ProgressBar& progress)
+      : in_(in), window_(window), progress_(progress) {}
+  bool FillBuffer() override {
+    for (; window_ != nullptr && stage_ < 2; ++stage_) {
+      const char* b = stage_ == 0 ? window_->Examined() : window_->LeftoverBegin();
+      const char* e = stage_ == 0 ? b + window_->ExaminedCount() : window_->LeftoverEnd();
+      if (b != e) {
+        position_ = b;
+        end_ = e;
+        ++stage_;
+        return true;
+      }
+    }
+    const char* b;
+    const char* e;
+    previousStart_ = pieceStart_;
+    pieceStart_ = in_.Offset();
+    if (!in_.Next(b, e)) return false;
+    progress_.Update();
+    position_ = b;
+    end_ = e;
+    return true;
+  }
+  // Where the text still inside the pipeline began: the pieces before the one
+  // being read may still be held by its stages.
+  long long HeldFrom() const { return previousStart_; }
+
+ private:
+  Input& in_;
+  DetectionWindow* window_;
+  ProgressBar& progress_;
+  int stage_ = 0;
+  long long pieceStart_ = 0;
+  long long previousStart_ = 0;
+};
+
+// Transforms work on pulled UTF-16, so with transforms the text is pulled
+// through: input -> decoder -> transforms -> encoder -> out. A failure is then
+// placed between byte offsets, since the stages hold text ahead of it.
+int ConvertThroughTransforms(Input& in, DetectionWindow* window, const ExternalEncoding& from,
+                             const ExternalEncoding& to, const std::vector<TransformStage>& stages,
+                             CharSink& out) {
+  ProgressBar progress(in);
+  InputSource bytes(in, window, progress);
+  try {
+    LinearAllocator arena{4096, __FILE__, __LINE__};
+    std::unique_ptr<Char16Source> decoded(from.CreateCharSourceToUnicode(bytes, arena));
+    std::vector<std::unique_ptr<UnicodeTransform>> transforms;
+    Char16Source* top = decoded.get();
+    for (const TransformStage& stage : stages) {
+      const auto& entry = *static_cast<TransformCatalogue::Entry const*>(stage.entry);
+      transforms.push_back(entry.Create(*top, *InternalEncoding::Unicode(),
+                                        *static_cast<CharacterTest const*>(stage.test)));
+      top = transforms.back().get();
+    }
+    std::unique_ptr<Char16Sink> encoder(to.CreateCharSinkFromUnicode(out, arena));
+    encoder->Put(*top);
+    encoder->Flush();
+    encoder.reset();
+    while (!transforms.empty()) transforms.pop_back();  // nearest the output first
+  } catch (const Unconvertible& failure) {
+    std::fprintf(stderr, "varnice: %s: %s between byte offsets %lld and %lld\n", in.Name().c_str(),
+                 failure.what.c_str(), bytes.HeldFrom(), in.Offset());
+    return kConversionFailed;
+  }
+  return in.Failed() ? kIoError : kOk;
+}
+
 // Converts one input into `out`; kOk, kConversionFailed or kIoError.
-int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& to, CharSink& out) {
+int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& to,
+               const std::vector<TransformStage>& transforms, CharSink& out) {
   const ExternalEncoding* source = &from;
   std::unique_ptr<DetectionWindow> window;
   if (const auto* detecting = dynamic_cast<const AutoDetectEncoding*>(&from)) {
@@ -260,6 +341,7 @@ int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& 
     source = window->Choose(in);
     if (source == nullptr) return kUsage;
   }
+  if (!transforms.empty()) return ConvertThroughTransforms(in, window.get(), *source, to, transforms, out);
   long long pieceStart = 0;
   try {
     Pipeline pipeline(*source, to, out);
@@ -378,7 +460,7 @@ int RunConvert(int argc, char** argv) {
     FileCharSink out(output.File());
     for (const std::string& path : o.files) {
       Input in(path);
-      const int result = in.IsOpen() ? ConvertOne(in, *from, *to, out) : kIoError;
+      const int result = in.IsOpen() ? ConvertOne(in, *from, *to, o.transforms, out) : kIoError;
       if (result == kConversionFailed || (result != kOk && status == kOk)) status = result;
       if (status == kConversionFailed) break;
     }

@@ -9,7 +9,11 @@
 
 namespace cli {
 
-int RunList(int, char**) {
+int RunList(int argc, char** argv) {
+  if (argc > 0 && std::string(argv[0]) == "--transforms") {
+    ListTransforms(stdout);
+    return 0;
+  }
   EncodingCatalogue::CreateAll();
   struct Row {
     std::string id, name, mime, codePage, nicknames;

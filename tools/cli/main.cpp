@@ -51,8 +51,9 @@ int main(int argc, char** argv) {
     const char* help;
   };
   static const Simple kSimple[] = {
-      {"list", cli::RunList, "usage: varnice list\n\nLists every registered encoding: identifier, name, MIME name,\n"
-                             "code page and nicknames. Any of the names selects it in 'varnice convert'.\n"},
+      {"list", cli::RunList, "usage: varnice list [--transforms]\n\nLists every registered encoding: identifier, name, MIME name,\n"
+                             "code page and nicknames. Any of the names selects it in 'varnice convert'.\n"
+                             "With --transforms, lists the transforms of 'varnice convert -x' instead.\n"},
       {"char", cli::RunChar, "usage: varnice char X...\n\nEach X is U+XXXX, 0xXXXX or UTF-8 text; every character gets\n"
                              "a line with its code point, category, script, width and case forms.\n"},
       {"version", [](int, char**) { return std::printf("%s\n", UnicodeLibrary::VersionString()) < 0 ? 3 : 0; },

@@ -4,6 +4,7 @@
 #include "varnice/charprops/classification.h"
 #include "varnice/charprops/property_codes.h"
 #include "varnice/charprops/property_tables.h"
+#include "varnice/transform/simple_transforms.h"
 #include "varnice/widec/same_ignoring_case.h"
 
 using varnice::internal::CodeForCombination;
@@ -62,8 +63,6 @@ extern "C" int qz_wctrans(const char* name) {
   return 0;
 }
 
-// Mappings 5-8 (width and kana) belong to the transforms; until those are in
-// the library they leave c as it is, like an unknown mapping.
 extern "C" unsigned short qz_towctrans(unsigned short c, int mapping) {
   switch (mapping) {
     case 1:
@@ -72,6 +71,14 @@ extern "C" unsigned short qz_towctrans(unsigned short c, int mapping) {
     case 2:
     case 3:
       return qz_towupper(c);
+    case 5:
+      return static_cast<unsigned short>(ToFullwidthTransform::Transform(c));
+    case 6:
+      return static_cast<unsigned short>(ToHalfwidthTransform::Transform(c));
+    case 7:
+      return static_cast<unsigned short>(ToKatakanaTransform::Transform(c));
+    case 8:
+      return static_cast<unsigned short>(ToHiraganaTransform::Transform(c));
     default:
       return c;
   }

@@ -110,6 +110,31 @@ VARNICE_API int qz_wctrans(const char* name);
 /* c mapped by qz_wctrans's mapping; an unknown mapping returns c. */
 VARNICE_API unsigned short qz_towctrans(unsigned short c, int mapping);
 
+/* ---- Transforms ------------------------------------------------------------
+ *
+ * Runs transform `selector` over `sourceLength` UTF-16 units at `source`
+ * (negative: up to the first 0 unit) into `destination`, which holds
+ * `destinationCapacity` units. Only characters that pass the test of
+ * `propertyCode` (as for TestUnicodeCharacter) are changed. Returns the number
+ * of units written and terminates them with a 0 unit; returns -1 when the
+ * capacity is 0 or less (nothing written), for an unknown selector (nothing
+ * written), and when the result did not fit (the units that fit, the last one
+ * replaced by the terminator). Empty input gives 0 and a terminator whatever
+ * the selector. Selectors:
+ *   1 katakana        2 hiragana         3 decompose       4 compose
+ *   5 halfwidth       6 fullwidth        7 kana to Hepburn romaji
+ *   8 kana to Kunrei-shiki romaji        9 romaji to katakana
+ *  10 romaji to hiragana                11 digits to Latin 0-9
+ *  12 canonical forms 13 filter (drop)  14 select (keep)
+ *  15 halfwidth katakana to fullwidth   16 fullwidth katakana to halfwidth
+ *  17 upper case     18 lower case      19 spacing marks  20 combining marks
+ *  21 SGML entities  22 CR  23 LF  24 CR LF  25 line separator
+ *  26 paragraph separator  27 traditional Chinese  28 simplified Chinese
+ * A selector whose transform this build lacks answers like an unknown one. */
+VARNICE_API int TransformUnicodeString(int selector, int propertyCode,
+                                       const unsigned short* source, long sourceLength,
+                                       unsigned short* destination, long destinationCapacity);
+
 /* Comparison of UTF-16 strings for sorting: negative, 0 or positive. raw_unicode
  * orders by code unit; JIS by EUC-JP code, with every character that EUC-JP
  * lacks equal to the others and placed after JIS X 0208. _sz take

@@ -1,0 +1,11 @@
+#include "varnice/transform/unicode_transform.h"
+
+#include "varnice/charprops/character_test.h"
+
+UnicodeTransform::UnicodeTransform(Char16Source& source, const InternalEncoding& encoding,
+                                   const CharacterTest& test)
+    : source_(source), encoding_(encoding), test_(test) {}
+
+UnicodeTransform::~UnicodeTransform() = default;
+
+bool UnicodeTransform::Passes(unsigned short c) const { return test_(c, encoding_); }
