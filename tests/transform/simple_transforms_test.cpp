@@ -88,6 +88,22 @@ TEST(SimpleTransforms, BlocksHoldAtMost512Units) {
   EXPECT_EQ(blocks, (std::vector<long>{512, 512, 276}));
 }
 
+// A host's own subclass keeps its own TransformChar, however the library's
+// classes are sped up.
+class RotUpper : public ToUppercaseTransform {
+ public:
+  using ToUppercaseTransform::ToUppercaseTransform;
+  void TransformChar(unsigned short& c) const override {
+    if (c >= u'a' && c <= u'z') c = static_cast<unsigned short>(u'a' + (c - u'a' + 13) % 26);
+  }
+};
+
+TEST(SimpleTransforms, DerivedClassesKeepTheirMapping) {
+  PieceSource in(u"abc XYZ", {});
+  RotUpper rot(in, *InternalEncoding::Unicode(), *AnyCharacterProperty);
+  EXPECT_EQ(ReadAll(rot), u"nop XYZ");
+}
+
 TEST(SimpleTransforms, TakeTheDefaultBehaviourNotTheSources) {
   PieceSource in(u"a", {});
   UnicodeLibBehavior other;

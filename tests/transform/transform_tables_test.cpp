@@ -95,6 +95,14 @@ TEST(CompositionTable, SortedFromFirstRowToLast) {
   unsigned short composed = 0;
   ASSERT_TRUE(SparseTableLookup(CompositionTable, CompositionTableCount, 0x0041030AUL, composed));
   EXPECT_EQ(composed, 0x00C5);  // not the ANGSTROM SIGN
+  // The shortcuts of the transforms: nothing below these takes part.
+  EXPECT_GE(CompositionTable[0].key & 0xFFFF, varnice::internal::kFirstCompositionSecond);
+  for (long i = 0; i < CompositionTableCount; ++i) {
+    const unsigned short second = CompositionTable[i].key & 0xFFFF;
+    EXPECT_GE(second, varnice::internal::kFirstCompositionSecond);
+    EXPECT_TRUE(varnice::internal::MayComposeAsSecond(second));
+  }
+  for (unsigned c = 0; c < 0xC0; ++c) EXPECT_EQ(PlaneValue(DecompositionTable, c), 0u) << c;
   // Every pair decomposes back to itself.
   for (long i = 0; i < CompositionTableCount; ++i) {
     EXPECT_EQ(PlaneValue(DecompositionTable, CompositionTable[i].value), CompositionTable[i].key);

@@ -106,6 +106,20 @@ def render_planes(name, table):
     return "".join(private), public
 
 
+def render_bit_pages(name, units):
+    """A plane of bit sets: 32 bytes per page of 256 units, null pages empty."""
+    pages = {}
+    for u in units:
+        pages.setdefault(u >> 8, [0] * 32)[(u & 0xFF) >> 3] |= 1 << (u & 7)
+    private = "".join(
+        f"const std::uint8_t k{name}Page{p:02X}[32] = {{\n"
+        f"{genlib.c_rows([f'0x{b:02X}' for b in bits], 16)}\n}};\n"
+        for p, bits in sorted(pages.items()))
+    pointers = [f"k{name}Page{p:02X}" if p in pages else "nullptr" for p in range(256)]
+    public = (f"std::uint8_t const* const k{name}[256] = {{\n{genlib.c_rows(pointers, 4)}\n}};\n\n")
+    return private, public
+
+
 def render_sparse(name, record, pairs, key_digits):
     rows = genlib.c_rows(
         [f"{{0x{k:0{key_digits}X}, 0x{v:04X}}}" for k, v in sorted(pairs.items())], 4)
@@ -160,6 +174,8 @@ def generate(root):
     decomposition_planes, decomposition_public = render_planes("DecompositionTable",
                                                                 planes(decomposition))
     canonical_planes, canonical_public = render_planes("CanonicalTable", planes(canonical))
+    seconds_pages, seconds_public = render_bit_pages(
+        "CompositionSeconds", {key & 0xFFFF for key in composition})
     text = [
         genlib.banner(SCRIPT, UCD),
         '#include "varnice/transform/transform_tables.h"\n\n',
@@ -168,6 +184,7 @@ def generate(root):
         render_gap("Fullwidth", fg, fv),
         decomposition_planes,
         canonical_planes,
+        seconds_pages,
         "\n}  // namespace\n\n",
         f"const GapMappingTable HalfwidthMappingTable = {{kHalfwidthGaps, {len(hg)}, "
         f"kHalfwidthValues, {len(hv)}}};\n",
@@ -178,5 +195,8 @@ def generate(root):
         render_sparse("CompositionTable", "SparseTableEntryULUS", composition, 8),
         render_sparse("CombiningMarkTable", "SparseTableEntryUSUS", combining, 4),
         render_sparse("SpacingMarkTable", "SparseTableEntryUSUS", spacing, 4),
+        "namespace varnice::internal {\n\n",
+        seconds_public,
+        "}  // namespace varnice::internal\n",
     ]
     return {OUT: "".join(text).rstrip("\n") + "\n"}

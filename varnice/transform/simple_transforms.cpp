@@ -1,5 +1,7 @@
 #include "varnice/transform/simple_transforms.h"
 
+#include <typeinfo>
+
 #include "varnice/charprops/property_tables.h"
 #include "varnice/transform/transform_frame.h"
 #include "varnice/transform/transform_tables.h"
@@ -50,20 +52,43 @@ auto Sift(Passes passes) {
   };
 }
 
+// One block of a simple transform, with the mapping known at compile time.
+template <unsigned short (*Map)(unsigned short)>
+unsigned short* FillMapped(Char16Source& source, unsigned short* out, unsigned short* limit,
+                           UnicodeTransform::Gate passes) {
+  return FillUnits(source, out, limit, [passes](unsigned short c, unsigned short* out) {
+    const unsigned short mapped = Map(c);
+    // A unit that the mapping leaves alone needs no test.
+    *out = (mapped != c && passes(c)) ? mapped : c;
+    return out + 1;
+  });
+}
+
 }  // namespace
 
 SimpleTransform::~SimpleTransform() = default;
 
 bool SimpleTransform::FillBuffer() {
-  return Lend(FillUnits(source_, buffer_, buffer_ + kBufferSize,
-                        [this](unsigned short c, unsigned short* out) {
-                          unsigned short mapped = c;
-                          TransformChar(mapped);
-                          // A unit that the mapping leaves alone needs no test.
-                          *out = (mapped != c && Passes(c)) ? mapped : c;
-                          return out + 1;
-                        }));
+  unsigned short* const limit = buffer_ + kBufferSize;
+  const Gate passes = TestGate();
+  // The library's own six are run without a virtual call per unit; a class
+  // derived from one of them gets its own TransformChar.
+  const std::type_info& type = typeid(*this);
+  if (type == typeid(ToUppercaseTransform)) return Lend(FillMapped<Upper>(source_, buffer_, limit, passes));
+  if (type == typeid(ToLowercaseTransform)) return Lend(FillMapped<Lower>(source_, buffer_, limit, passes));
+  if (type == typeid(ToHalfwidthTransform)) return Lend(FillMapped<Halfwidth>(source_, buffer_, limit, passes));
+  if (type == typeid(ToFullwidthTransform)) return Lend(FillMapped<Fullwidth>(source_, buffer_, limit, passes));
+  if (type == typeid(ToKatakanaTransform)) return Lend(FillMapped<Katakana>(source_, buffer_, limit, passes));
+  if (type == typeid(ToHiraganaTransform)) return Lend(FillMapped<Hiragana>(source_, buffer_, limit, passes));
+  return Lend(FillUnits(source_, buffer_, limit, [this, passes](unsigned short c, unsigned short* out) {
+    unsigned short mapped = c;
+    TransformChar(mapped);
+    *out = (mapped != c && passes(c)) ? mapped : c;
+    return out + 1;
+  }));
 }
+
+
 
 ToUppercaseTransform::~ToUppercaseTransform() = default;
 void ToUppercaseTransform::TransformChar(unsigned short& c) const { c = Upper(c); }
@@ -94,10 +119,10 @@ FilterTransform::~FilterTransform() = default;
 
 bool SelectTransform::FillBuffer() {
   return Lend(FillUnits(source_, buffer_, buffer_ + kBufferSize,
-                        Sift<true>([this](unsigned short c) { return Passes(c); })));
+                        Sift<true>(TestGate())));
 }
 
 bool FilterTransform::FillBuffer() {
   return Lend(FillUnits(source_, buffer_, buffer_ + kBufferSize,
-                        Sift<false>([this](unsigned short c) { return Passes(c); })));
+                        Sift<false>(TestGate())));
 }

@@ -4,6 +4,8 @@
 #ifndef VARNICE_TRANSFORM_TRANSFORM_FRAME_H_
 #define VARNICE_TRANSFORM_TRANSFORM_FRAME_H_
 
+#include <algorithm>
+
 #include "varnice/stream/char16_source.h"
 
 namespace varnice::internal {
@@ -23,6 +25,30 @@ unsigned short* FillUnits(Char16Source& source, unsigned short* out, unsigned sh
       break;
     }
     for (; b < e && out < limit; ++b) out = step(*b, out);
+    source.DoneWith(b);
+  }
+  return out;
+}
+
+// As FillUnits, for a step that writes every unit below `plain` as it is:
+// runs of such units are copied without calling the step.
+template <class Step>
+unsigned short* FillUnitsCopyingBelow(unsigned short plain, Char16Source& source,
+                                      unsigned short* out, unsigned short* limit, Step step) {
+  const unsigned short* b;
+  const unsigned short* e;
+  while (out < limit && source.GetBuffer(b, e)) {
+    while (b < e && out < limit) {
+      if (*b >= plain) {
+        out = step(*b++, out);
+        continue;
+      }
+      const unsigned short* run = b + 1;
+      const unsigned short* runEnd = b + std::min<long>(e - b, limit - out);
+      while (run < runEnd && *run < plain) ++run;
+      out = std::copy(b, run, out);
+      b = run;
+    }
     source.DoneWith(b);
   }
   return out;

@@ -50,6 +50,19 @@ VARNICE_API extern const long SpacingMarkTableCount;
 
 namespace varnice::internal {
 
+// Bit sets of 256 units per page: the units that are the second of some
+// composition pair, so that most pairs are ruled out without a search.
+extern std::uint8_t const* const kCompositionSeconds[256];
+
+// No composition pair ends in a unit below U+0300 (checked by the tests).
+constexpr unsigned short kFirstCompositionSecond = 0x0300;
+
+inline bool MayComposeAsSecond(unsigned short c) {
+  if (c < kFirstCompositionSecond) return false;
+  std::uint8_t const* page = kCompositionSeconds[c >> 8];
+  return page != nullptr && (page[(c & 0xFF) >> 3] >> (c & 7) & 1) != 0;
+}
+
 // The plane table value of c, 0 when it has none.
 inline std::uint32_t PlaneValue(std::uint32_t const* const* planes, unsigned short c) {
   std::uint32_t const* plane = planes[c >> 8];

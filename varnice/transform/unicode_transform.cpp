@@ -1,5 +1,6 @@
 #include "varnice/transform/unicode_transform.h"
 
+#include "varnice/charprops/character_property.h"
 #include "varnice/charprops/character_test.h"
 
 UnicodeTransform::UnicodeTransform(Char16Source& source, const InternalEncoding& encoding,
@@ -9,3 +10,8 @@ UnicodeTransform::UnicodeTransform(Char16Source& source, const InternalEncoding&
 UnicodeTransform::~UnicodeTransform() = default;
 
 bool UnicodeTransform::Passes(unsigned short c) const { return test_(c, encoding_); }
+
+UnicodeTransform::Gate UnicodeTransform::TestGate() const {
+  const auto* property = dynamic_cast<const CharacterProperty*>(&test_);
+  return Gate(this, property != nullptr && *property == *AnyCharacterProperty);
+}

@@ -29,9 +29,23 @@ class VARNICE_API UnicodeTransform : public virtual Char16Source {
   UnicodeTransform(const UnicodeTransform&) = delete;
   UnicodeTransform& operator=(const UnicodeTransform&) = delete;
 
+  // The test for the units of one block: a test that passes every character
+  // (AnyCharacterProperty, the common case) is not asked at all.
+  class Gate {
+   public:
+    bool operator()(unsigned short c) const { return all_ || transform_->Passes(c); }
+
+   private:
+    friend class UnicodeTransform;
+    Gate(const UnicodeTransform* transform, bool all) : transform_(transform), all_(all) {}
+    const UnicodeTransform* transform_;
+    bool all_;
+  };
  protected:
+  Gate TestGate() const;
   // True when the test lets c be changed.
   bool Passes(unsigned short c) const;
+
   // Lends [buffer_, end) to readers; true when it is not empty.
   bool Lend(const unsigned short* end) {
     position_ = buffer_;
