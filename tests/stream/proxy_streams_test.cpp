@@ -137,3 +137,17 @@ TEST(ToUnicodeProxySource, ForwardsAndNamesItsEncoding) {
 }
 
 }  // namespace
+
+// What an empty std::vector gives: a null range, with or without an end.
+TEST(ProxySinks, NullRangesAreEmpty) {
+  Collect8 bytes;
+  Collect16 units;
+  CharProxySink byteProxy(&bytes);
+  Char16ProxySink unitProxy(&units);
+  byteProxy.PutBuffer(nullptr, nullptr);
+  unitProxy.PutBuffer(nullptr, nullptr);
+  byteProxy.Put(nullptr, nullptr);
+  unitProxy.Put(nullptr, nullptr);
+  EXPECT_EQ(bytes.text, "");
+  EXPECT_EQ(units.text, u"");
+}

@@ -12,6 +12,7 @@ Char16Sink::~Char16Sink() = default;
 long Char16Sink::RemainingCapacity() const { return -1; }
 
 void Char16Sink::Put(const unsigned short* begin, const unsigned short* end) {
+  if (begin == nullptr) return;  // an empty range, as an empty vector's data() gives
   if (end == nullptr) {
     end = begin;
     while (*end != 0) ++end;

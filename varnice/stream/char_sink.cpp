@@ -14,6 +14,7 @@ long CharSink::RemainingCapacity() const { return -1; }
 void CharSink::MarkAsTruncated() {}
 
 void CharSink::Put(const char* begin, const char* end) {
+  if (begin == nullptr) return;  // an empty range, as an empty vector's data() gives
   if (end == nullptr) end = begin + std::strlen(begin);
   PutBuffer(begin, end);
 }

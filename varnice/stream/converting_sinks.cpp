@@ -143,6 +143,7 @@ void CharSink_16_to_16::SetBehavior(UnicodeLibBehavior* behavior) {
 void CharSink_16_to_16::Flush() { output_.Flush(); }
 
 void CharSink_16_to_16::PutBuffer(const unsigned short* begin, const unsigned short* end) {
+  if (begin == nullptr) return;  // an empty range, as an empty vector's data() gives
   if (end == nullptr) end = EndOf(begin);
   unsigned short buffer[kBufferUnits];
   for (;;) {

@@ -95,7 +95,8 @@ void CharProxySink::MarkAsTruncated() {
 }
 
 void CharProxySink::PutBuffer(const char* begin, const char* end) {
-  if (proxied_ != nullptr) proxied_->PutBuffer(begin, end != nullptr ? end : begin + std::strlen(begin));
+  if (proxied_ == nullptr || begin == nullptr) return;  // null begin: an empty range
+  proxied_->PutBuffer(begin, end != nullptr ? end : begin + std::strlen(begin));
 }
 
 Char16ProxySink::Char16ProxySink(Char16Sink* proxied) : Char16Sink(proxied), proxied_(proxied) {
@@ -119,7 +120,7 @@ void Char16ProxySink::Flush() {
 }
 
 void Char16ProxySink::PutBuffer(const unsigned short* begin, const unsigned short* end) {
-  if (proxied_ == nullptr) return;
+  if (proxied_ == nullptr || begin == nullptr) return;  // null begin: an empty range
   if (end == nullptr) {
     end = begin;
     while (*end != 0) ++end;
