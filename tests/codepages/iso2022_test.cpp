@@ -150,4 +150,46 @@ TEST(ISO2022JPEncoding, StreamStagesRoundTripAndShareTheBehaviour) {
   EXPECT_EQ(Hex(sunk.text), "41 1B 24 42 30 21 1B 28 42");
 }
 
+// Bytes with the high bit set are never ISO-2022-JP; each one becomes U+FFFD
+// and the text after it is read on, however the input is split into blocks
+// and whether it is pulled through a source or pushed through a sink.
+TEST(ISO2022JPEncoding, InvalidBytesLoseNothingAfterThemAtAnySplit) {
+  using namespace testing_streams;
+  const ExternalEncoding& jp = *ExternalEncoding::ISO2022JP();
+  auto viaSource = [&](std::vector<std::string> chunks) {
+    LinearAllocator arena(16384, __FILE__, __LINE__);
+    ChunkSource pieces(std::move(chunks));
+    std::unique_ptr<ExternalEncoding::ToUnicodeSource> decoded(jp.CreateCharSourceToUnicode(pieces, arena));
+    Collect16 units;
+    units.Put(*decoded);
+    return units.text;
+  };
+  auto viaSink = [&](const std::vector<std::string>& chunks) {
+    LinearAllocator arena(16384, __FILE__, __LINE__);
+    Collect16 units;
+    std::unique_ptr<CharSink> decode(jp.CreateCharSinkToUnicode(units, arena));
+    for (const std::string& chunk : chunks) decode->PutBuffer(chunk.data(), chunk.data() + chunk.size());
+    decode->Flush();
+    return units.text;
+  };
+
+  EXPECT_EQ(viaSource({"\x80\x80" "ABC"}), u"\uFFFD\uFFFDABC");
+  EXPECT_EQ(viaSource({"x\xFF\xFE" "hello world"}), u"x\uFFFD\uFFFDhello world");
+
+  std::string text;
+  std::u16string expected;
+  for (int i = 0; i < 60; ++i) {
+    text += "line \x80\x81\x1B$B\x30\x21\x1B(B ok\xFE\n";
+    expected += u"line \uFFFD\uFFFD\u4E9C ok\uFFFD\n";
+  }
+  ASSERT_GT(text.size(), 1024u) << "longer than the reader's own buffer";
+  EXPECT_EQ(viaSource({text}), expected);
+  EXPECT_EQ(viaSink({text}), expected);
+  for (std::size_t cut = 1; cut < text.size(); ++cut) {
+    const std::vector<std::string> halves{text.substr(0, cut), text.substr(cut)};
+    ASSERT_EQ(viaSource(halves), expected) << "source split at " << cut;
+    ASSERT_EQ(viaSink(halves), expected) << "sink split at " << cut;
+  }
+}
+
 }  // namespace

@@ -53,7 +53,13 @@ Out* RunFill(Input& input, InsertedText<In>& insertedInput, InsertedText<Out>& i
       }
       if (result == kConversionDone || result == kOutputFull) return out;
       if (result == kInputUsedUp) continue;
-      if (report(result, begin, stop, end, out)) break;
+      if (report(result, begin, stop, end, out)) {
+        // A converter may still hold input behind a problem that its Finish
+        // reported (ISO-2022 keeps a pending buffer), so Finish is asked again
+        // once the behaviour has acted.
+        if (begin == nullptr) finished = false;
+        break;
+      }
     }
   }
 }
