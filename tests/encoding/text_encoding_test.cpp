@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -203,6 +204,35 @@ TEST(EncodingVariation, LookupByNameAndNumber) {
   EXPECT_STREQ(framed.GetName(1), "FRM");
   EXPECT_EQ(framed.GetName(2), nullptr);
   EXPECT_EQ(std::u16string(reinterpret_cast<const char16_t*>(framed.NameInUnicode())), u"Framed");
+}
+
+// A derived constructor that throws after the base registered the encoding
+// (here after the variations made a variant of it) leaves nothing findable
+// behind: no entry, no number, no code page, no variant naming a dead parent.
+TEST(TextEncoding, AnEncodingWhoseConstructionFailsIsForgotten) {
+  struct Failing : TestExternal {
+    explicit Failing(const char** names) : TestExternal(124, names, "x-failing", 59999) {
+      throw std::runtime_error("refused");
+    }
+  };
+  static const char* names[] = {"Failing-Code", nullptr};
+  Framed();
+  const unsigned int all = TextEncoding::Count(), external = ExternalEncoding::Count();
+  EXPECT_THROW(Failing{names}, std::runtime_error);
+  EXPECT_EQ(TextEncoding::Count(), all);
+  EXPECT_EQ(ExternalEncoding::Count(), external);
+  EXPECT_EQ(TextEncoding::Lookup(TextEncodingID(124)), nullptr);
+  EXPECT_EQ(TextEncoding::Lookup(TextEncodingID(124) + EncodingVariationID(7)), nullptr);
+  EXPECT_EQ(ExternalEncoding::Lookup("Failing-Code"), nullptr);
+  EXPECT_EQ(ExternalEncoding::Lookup("Failing-Code:Framed"), nullptr);
+  EXPECT_EQ(TextEncoding::LookupCodePage(59999), nullptr);
+  for (unsigned int i = 0; i < ExternalEncoding::Count(); ++i) EXPECT_NE(ExternalEncoding::Lookup(i)->Name(), nullptr);
+
+  // The number is free again for an encoding that does get made.
+  static const char* again[] = {"Made-Code", nullptr};
+  static TestExternal made(124, again, nullptr, 0);
+  EXPECT_EQ(TextEncoding::Lookup(TextEncodingID(124)), &made);
+  EXPECT_NE(ExternalEncoding::Lookup("Made-Code:Framed"), nullptr);
 }
 
 }  // namespace

@@ -6,19 +6,17 @@
 ExternalEncoding::ExternalEncoding(TextEncodingID id, const char** nicknames, const char* mimeName,
                                    unsigned int codePage)
     : TextEncoding(id, nicknames, mimeName, codePage) {
-  varnice::internal::ExternalEncodings().push_back(this);
-  EncodingVariation::GenerateVariantsOf(*this);
+  varnice::internal::Register(varnice::internal::ExternalEncodings(), this, [this] { EncodingVariation::GenerateVariantsOf(*this); });
 }
 
 ExternalEncoding::ExternalEncoding(const TextEncoding& parent, const EncodingVariation& variation,
                                    const char** nicknames, const char* mimeName,
                                    unsigned int codePage)
     : TextEncoding(parent, variation, nicknames, mimeName, codePage) {
-  varnice::internal::ExternalEncodings().push_back(this);
-  EncodingVariation::GenerateVariantsOf(*this);
+  varnice::internal::Register(varnice::internal::ExternalEncodings(), this, [this] { EncodingVariation::GenerateVariantsOf(*this); });
 }
 
-ExternalEncoding::~ExternalEncoding() = default;
+ExternalEncoding::~ExternalEncoding() { varnice::internal::Forget(varnice::internal::ExternalEncodings(), this); }
 
 ExternalEncoding::ToUnicodeSource::~ToUnicodeSource() = default;
 

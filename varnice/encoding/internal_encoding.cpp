@@ -6,19 +6,17 @@
 InternalEncoding::InternalEncoding(TextEncodingID id, const char** nicknames, const char* mimeName,
                                    unsigned int codePage)
     : TextEncoding(id, nicknames, mimeName, codePage) {
-  varnice::internal::InternalEncodings().push_back(this);
-  EncodingVariation::GenerateVariantsOf(*this);
+  varnice::internal::Register(varnice::internal::InternalEncodings(), this, [this] { EncodingVariation::GenerateVariantsOf(*this); });
 }
 
 InternalEncoding::InternalEncoding(const TextEncoding& parent, const EncodingVariation& variation,
                                    const char** nicknames, const char* mimeName,
                                    unsigned int codePage)
     : TextEncoding(parent, variation, nicknames, mimeName, codePage) {
-  varnice::internal::InternalEncodings().push_back(this);
-  EncodingVariation::GenerateVariantsOf(*this);
+  varnice::internal::Register(varnice::internal::InternalEncodings(), this, [this] { EncodingVariation::GenerateVariantsOf(*this); });
 }
 
-InternalEncoding::~InternalEncoding() = default;
+InternalEncoding::~InternalEncoding() { varnice::internal::Forget(varnice::internal::InternalEncodings(), this); }
 
 unsigned int InternalEncoding::TokenSize() const { return 2; }
 bool InternalEncoding::IsValidForInput() const { return true; }

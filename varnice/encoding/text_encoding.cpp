@@ -46,7 +46,32 @@ TextEncoding::TextEncoding(const TextEncoding& parent, const EncodingVariation& 
   AllEncodings().push_back(this);
 }
 
-TextEncoding::~TextEncoding() = default;
+// Encodings live until unload; one is destroyed early only when a derived
+// constructor throws after this base registered it. Then nothing may keep
+// finding it: it leaves the lists and its number's slot, and the variants
+// already generated of it become unreachable orphans (still owned by their
+// variation, so they stay allocated, but no longer findable or named after a
+// parent that is gone).
+TextEncoding::~TextEncoding() {
+  using varnice::internal::Forget;
+  Forget(AllEncodings(), this);
+  if (parent_ == nullptr) {
+    TextEncoding*& slot = gBaseEncodings[id_.Value()];
+    if (slot == this) slot = nullptr;
+  } else {
+    for (TextEncoding*& slot : parent_->variants_) {
+      if (slot == this) slot = nullptr;
+    }
+  }
+  for (TextEncoding*& variant : variants_) {
+    if (variant == nullptr) continue;
+    variant->parent_ = nullptr;
+    Forget(AllEncodings(), variant);
+    Forget(varnice::internal::ExternalEncodings(), variant);
+    Forget(varnice::internal::InternalEncodings(), variant);
+    variant = nullptr;
+  }
+}
 
 bool TextEncoding::IsValidForInput() const { return true; }
 bool TextEncoding::IsValidForOutput() const { return true; }
