@@ -20,16 +20,25 @@ HPPrinterVariant::HPPrinterVariant(const MBCSEncoding& encoding, const EncodingV
                                    const char** names)
     : BlockExternalEncoding(encoding, variation, names, nullptr, 0), encoding_(encoding) {}
 
+HPPrinterVariant::HPPrinterVariant(const ExternalEncoding& codePage, const EncodingVariation& variation)
+    : BlockExternalEncoding(codePage, variation, nullptr, nullptr, 0), encoding_(codePage) {}
+
+const MBCSEncoding& HPPrinterVariant::MultiByteEncoding() const {
+  return static_cast<const MBCSEncoding&>(encoding_);
+}
+
 HPPrinterVariant::~HPPrinterVariant() = default;
 
-bool HPPrinterVariant::IsTextModeSafe() const { return encoding_.IsTextModeSafe(); }
+bool HPPrinterVariant::IsTextModeSafe() const { return MultiByteEncoding().IsTextModeSafe(); }
 
 BlockConverter_8_to_16* HPPrinterVariant::CreateConverterToUnicode(UnicodeLibAllocator& a) const {
-  return new (a) ToUnicode(encoding_.ToUnicodeTable(), encoding_.IsBasedOnASCII());
+  const MBCSEncoding& codePage = MultiByteEncoding();
+  return new (a) ToUnicode(codePage.ToUnicodeTable(), codePage.IsBasedOnASCII());
 }
 
 BlockConverter_16_to_8* HPPrinterVariant::CreateConverterFromUnicode(UnicodeLibAllocator& a) const {
-  return new (a) FromUnicode(encoding_.FromUnicodeTable(), encoding_.IsBasedOnASCII());
+  const MBCSEncoding& codePage = MultiByteEncoding();
+  return new (a) FromUnicode(codePage.FromUnicodeTable(), codePage.IsBasedOnASCII());
 }
 
 HPPrinterVariant::ToUnicode::ToUnicode(const MBCStoUnicodeTable& table, bool forcedMappingAllowed)
@@ -75,11 +84,9 @@ void HPPrinterVariation::GenerateVariantOf(const ExternalEncoding& encoding) {
   if (AlreadyAppliedTo(encoding) || encoding.GetTextEncodingID() != TextEncodingID(kPrinterBase)) return;
   // A new encoding is offered to the variations from the ExternalEncoding
   // constructor, before its MBCSEncoding part exists, so its type cannot be
-  // asked yet; the number says what it is. The variant only keeps the
-  // reference until converters are made.
-  const auto& multiByte = static_cast<const MBCSEncoding&>(encoding);
-  // Lives as long as the code page, until unload.
-  AddVariant(new HPPrinterVariant(multiByte, *this, nullptr));
+  // asked (or cast to) yet; the number says what it is. Lives as long as the
+  // code page, until unload.
+  AddVariant(new HPPrinterVariant(encoding, *this));
 }
 
 EncodingVariation* EncodingVariation::HPPrinter() {

@@ -30,10 +30,16 @@ class VARNICE_API HPPrinterVariant : public BlockExternalEncoding {
   BlockConverter_8_to_16* CreateConverterToUnicode(UnicodeLibAllocator& a) const override;
   BlockConverter_16_to_8* CreateConverterFromUnicode(UnicodeLibAllocator& a) const override;
 
-  const MBCSEncoding& MultiByteEncoding() const { return encoding_; }
+  const MBCSEncoding& MultiByteEncoding() const;
 
  private:
-  const MBCSEncoding& encoding_;
+  friend class HPPrinterVariation;
+  // For the variation, which meets the code page from the ExternalEncoding
+  // constructor, before the code page is an MBCSEncoding: it is held as its
+  // base and read as a code page only once converters are made.
+  HPPrinterVariant(const ExternalEncoding& codePage, const EncodingVariation& variation);
+
+  const ExternalEncoding& encoding_;
 };
 
 class VARNICE_API HPPrinterVariant::ToUnicode : public BlockConverter_8_to_16 {
