@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "tests/fresh_process.h"
+
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -90,7 +92,7 @@ bool IncompatibleVersion() {
   return false;
 }
 
-TEST(DataEncodingTable, OnlyTheFirstRegistrationChecksTheVersion) {
+FRESH_PROCESS_TEST(DataEncodingTable, OnlyTheFirstRegistrationChecksTheVersion) {
   DataEncodingTable table(&IncompatibleVersion);
   testing::internal::CaptureStderr();
   EXPECT_EQ(table.Register("Latin1"), 0);

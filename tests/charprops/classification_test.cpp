@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fresh_process.h"
+
 #include <string>
 #include <vector>
 
@@ -36,7 +38,7 @@ const char* const kRegistered[] = {
 };
 constexpr unsigned kRegisteredCount = sizeof kRegistered / sizeof kRegistered[0];
 
-TEST(CharacterTestRegistry, HoldsTheLibraryTestsInTheirFixedOrder) {
+FRESH_PROCESS_TEST(CharacterTestRegistry, HoldsTheLibraryTestsInTheirFixedOrder) {
   ASSERT_EQ(CharacterTest::Count(), kRegisteredCount);
   for (unsigned i = 0; i < kRegisteredCount; ++i) {
     ASSERT_NE(CharacterTest::Lookup(i), nullptr);
@@ -69,7 +71,7 @@ struct OddDigit : CharacterTest {
   bool Test(unsigned long c) const override { return c >= '1' && c <= '9' && (c & 1); }
 };
 
-TEST(CharacterTestRegistry, RegisteredTestsFollowTheLibraryOnesAndServeQzWctype) {
+FRESH_PROCESS_TEST(CharacterTestRegistry, RegisteredTestsFollowTheLibraryOnesAndServeQzWctype) {
   static const OddDigit odd;
   odd.RegisterAsNamedTest();
   ASSERT_EQ(CharacterTest::Count(), kRegisteredCount + 1);

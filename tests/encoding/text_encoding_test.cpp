@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fresh_process.h"
+
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -10,8 +12,8 @@
 #include "varnice/encoding/encoding_variation.h"
 #include "varnice/encoding/external_encoding.h"
 
-// Each test runs in its own process (CTest runs them one by one), so the
-// registry starts empty of test encodings and variations in every test.
+// Tests that depend on which test encodings and variations exist already run
+// in a fresh process (FRESH_PROCESS_TEST), so the registry starts empty of them.
 namespace {
 
 // Test encodings use base numbers 120-125 and test variations the free
@@ -89,7 +91,7 @@ TEST(TextEncoding, SameNameIgnoresCaseAndSeparators) {
   EXPECT_FALSE(TextEncoding::SameName("Latin\xE9", "latin\xC9", nullptr));  // no folding past ASCII in "C"
 }
 
-TEST(TextEncoding, LookupByNameNumberAndCodePage) {
+FRESH_PROCESS_TEST(TextEncoding, LookupByNameNumberAndCodePage) {
   const unsigned int before = TextEncoding::Count();
   auto* alpha = new TestExternal(120, kAlphaNames, "X-ALPHA", 4242);
   auto* beta = new TestExternal(121, kBetaNames, nullptr, 0);
@@ -155,7 +157,7 @@ void ExpectClosedUnderVariations(const TextEncoding& base) {
   EXPECT_FALSE(Framed().AlreadyAppliedTo(*shouted));
 }
 
-TEST(TextEncoding, VariantsExistWhicheverCameFirst) {
+FRESH_PROCESS_TEST(TextEncoding, VariantsExistWhicheverCameFirst) {
   auto* early = new TestExternal(122, kAlphaNames, nullptr, 0);  // before the variations
   Framed();
   Shout();
@@ -166,7 +168,7 @@ TEST(TextEncoding, VariantsExistWhicheverCameFirst) {
   EXPECT_EQ(Framed().GetVariant(4), nullptr);
 }
 
-TEST(TextEncoding, VariantNamesAndColonLookups) {
+FRESH_PROCESS_TEST(TextEncoding, VariantNamesAndColonLookups) {
   Framed();
   Shout();
   auto* alpha = new TestExternal(120, kAlphaNames, nullptr, 0);
@@ -191,7 +193,7 @@ TEST(TextEncoding, VariantNamesAndColonLookups) {
   EXPECT_FALSE(alpha->HasName("AL1:frm"));
 }
 
-TEST(EncodingVariation, LookupByNameAndNumber) {
+FRESH_PROCESS_TEST(EncodingVariation, LookupByNameAndNumber) {
   EXPECT_EQ(EncodingVariation::Lookup("frm"), nullptr);
   TestVariation& framed = Framed();
   EXPECT_EQ(EncodingVariation::Lookup("f-r-m"), &framed);
@@ -209,7 +211,7 @@ TEST(EncodingVariation, LookupByNameAndNumber) {
 // A derived constructor that throws after the base registered the encoding
 // (here after the variations made a variant of it) leaves nothing findable
 // behind: no entry, no number, no code page, no variant naming a dead parent.
-TEST(TextEncoding, AnEncodingWhoseConstructionFailsIsForgotten) {
+FRESH_PROCESS_TEST(TextEncoding, AnEncodingWhoseConstructionFailsIsForgotten) {
   struct Failing : TestExternal {
     explicit Failing(const char** names) : TestExternal(124, names, "x-failing", 59999) {
       throw std::runtime_error("refused");

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "tests/fresh_process.h"
+
 #include <string>
 
 #include "tests/stream/stream_test_support.h"
@@ -114,7 +116,7 @@ class Votes : public InternalEncoding {
   Char16Sink* CreateCharSinkFromUnicode(Char16Sink&, UnicodeLibAllocator&) const override { return nullptr; }
 };
 
-TEST(LineBreaks, TheLargerVoteDecidesByItsLowestBit) {
+FRESH_PROCESS_TEST(LineBreaks, TheLargerVoteDecidesByItsLowestBit) {
   static const Votes& v = *new Votes;  // registered encodings live as long as the registry
   EXPECT_TRUE(v.MayBreakLineBetween(0, 0));
   EXPECT_FALSE(v.MayBreakLineBetween(0, 1));

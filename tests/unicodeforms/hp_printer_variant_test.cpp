@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fresh_process.h"
+
 #include "tests/codepages/converter_test_support.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
 
@@ -26,9 +28,8 @@ const ExternalEncoding* PrinterVariant() {
   return ExternalEncoding::Lookup(TextEncodingID(9) + EncodingVariationID(8));
 }
 
-// Each test runs in its own process, so the two orders of creation are seen
-// separately.
-TEST(HPPrinterVariation, MadeForNumberNineWhicheverComesFirst) {
+// Each order of creation is seen in a fresh process.
+FRESH_PROCESS_TEST(HPPrinterVariation, MadeForNumberNineWhicheverComesFirst) {
   PrinterBase();
   EncodingVariation* printer = EncodingVariation::HPPrinter();
   EXPECT_EQ(EncodingVariation::HPPrinter(), printer);
@@ -41,14 +42,14 @@ TEST(HPPrinterVariation, MadeForNumberNineWhicheverComesFirst) {
   EXPECT_TRUE(PrinterVariant()->IsTextModeSafe());
 }
 
-TEST(HPPrinterVariation, VariationFirstThenEncoding) {
+FRESH_PROCESS_TEST(HPPrinterVariation, VariationFirstThenEncoding) {
   EncodingVariation::HPPrinter();
   EXPECT_EQ(PrinterVariant(), nullptr);
   PrinterBase();
   EXPECT_NE(PrinterVariant(), nullptr);
 }
 
-TEST(HPPrinterVariation, NoOtherEncodingGetsAPrinterForm) {
+FRESH_PROCESS_TEST(HPPrinterVariation, NoOtherEncodingGetsAPrinterForm) {
   ExternalEncoding::ShiftJIS();
   EncodingVariation::HPPrinter();
   ExternalEncoding::EUCPkdFmtJapanese();
