@@ -3,8 +3,9 @@ BUILD       ?= build
 BENCH_BUILD ?= build-bench
 JOBS        ?= $(shell nproc 2>/dev/null || echo 2)
 CMAKE_FLAGS ?=
+PREFIX      ?= /usr/local
 
-.PHONY: all deps configure build test demo regen bench clean
+.PHONY: all deps configure build test demo regen bench clean install
 
 all: build
 
@@ -22,6 +23,9 @@ test: build
 
 demo: build
 	sh tools/cli/demo.sh $(BUILD)/tools/cli/varnice
+
+install: build
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 regen:
 	python3 tools/gen/regen.py
