@@ -23,6 +23,7 @@ test: build
 
 demo: build
 	sh tools/cli/demo.sh $(BUILD)/tools/cli/varnice
+	sh hosts/sqlite/demo.sh $(BUILD)
 
 install: build
 	cmake --install $(BUILD) --prefix $(PREFIX)
@@ -37,6 +38,7 @@ bench: deps
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	$(BENCH_BUILD)/bench/varnice_bench
 	python3 bench/cli_bench.py $(BENCH_BUILD)/tools/cli/varnice
+	python3 bench/sqlite_bench.py $(BENCH_BUILD)/hosts/sqlite/varnice.so
 
 clean:
 	rm -rf $(BUILD) $(BENCH_BUILD)
