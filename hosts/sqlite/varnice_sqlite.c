@@ -17,7 +17,6 @@
  * in gives NULL out. */
 #include <pthread.h>
 #include <stdarg.h>
-#include <stdio.h>
 #include <string.h>
 
 #include <sqlite3ext.h>
