@@ -1,6 +1,9 @@
 #!/usr/bin/env python3
 """Checks the dynamic symbol table of libvarnice.so: the public classes and C
-functions are exported, internal helpers are not."""
+functions are exported, internal helpers are not, and every exported name is
+one of tests/exported_names.txt.
+usage: check_exports.py libvarnice.so exported_names.txt"""
+import re
 import subprocess
 import sys
 
@@ -117,6 +120,50 @@ MUST_EXPORT = [
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]
 
 
+SPECIAL = re.compile(r"^(?:vtable|typeinfo name|typeinfo|VTT|construction vtable|guard variable"
+                     r"|(?:non-)?virtual thunk to) (?:for )?")
+
+
+def without_template_arguments(text):
+    out, depth = [], 0
+    for c in text:
+        depth += c == "<"
+        if depth == 0:
+            out.append(c)
+        depth -= c == ">"
+    return "".join(out)
+
+
+def owner(symbol):
+    """The top-level name a demangled symbol is declared in."""
+    text = without_template_arguments(SPECIAL.sub("", symbol))
+    head, _, params = text.partition("(")
+    head = head.split("::")[0].split()[-1]  # a template function's return type goes
+    if head.startswith("operator"):
+        # A free operator belongs to the class of its first operand.
+        first = re.match(r"\s*(?:const\s+)?([A-Za-z_]\w*)", params)
+        return first.group(1) if first else head
+    return head
+
+
+def read_names(path):
+    """(interface names, prefixes, our own names) from the list file."""
+    names, prefixes, ours, section = set(), [], set(), "interface"
+    for line in open(path, encoding="utf-8"):
+        line = line.strip()
+        if not line or line.startswith("#"):
+            continue
+        if line == "[ours]":
+            section = "ours"
+        elif section == "ours":
+            ours.add(line)
+        elif line.endswith("*"):
+            prefixes.append(line[:-1])
+        else:
+            names.add(line)
+    return names, prefixes, ours
+
+
 def main() -> int:
     out = subprocess.run(["nm", "-D", "--defined-only", "-C", sys.argv[1]],
                          check=True, capture_output=True, text=True).stdout
@@ -125,9 +172,18 @@ def main() -> int:
                 if not any(m in n for n in names)]
     failures += [f"internal symbol exported: {n}" for n in names
                  if any(p in n for p in MUST_NOT_EXPORT)]
+    interface, prefixes, ours = read_names(sys.argv[2])
+    owners = {}
+    for n in names:
+        owners.setdefault(owner(n), n)
+    extra = sorted(o for o in owners if o in ours)
+    unlisted = sorted(o for o in owners if o not in ours and o not in interface
+                      and not any(o.startswith(p) for p in prefixes))
+    failures += [f"exported name outside the interface: {o} (e.g. {owners[o]})" for o in unlisted]
     for f in failures:
         print(f)
-    print(f"{len(names)} exported symbols checked")
+    print(f"{len(names)} exported symbols of {len(owners)} names checked;"
+          f" exported beyond the interface on purpose: {', '.join(extra) or 'nothing'}")
     return 1 if failures else 0
 
 

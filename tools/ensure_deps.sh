@@ -13,6 +13,9 @@ need ninja-build  command -v ninja
 need g++          command -v g++
 need python3      command -v python3
 need libgtest-dev test -f /usr/include/gtest/gtest.h
+need pkg-config   command -v pkg-config
+need sqlite3      command -v sqlite3
+need libsqlite3-dev test -f /usr/include/sqlite3ext.h
 if [ "${1:-}" = bench ]; then
   need libbenchmark-dev test -f /usr/include/benchmark/benchmark.h
   need libicu-dev       test -f /usr/include/unicode/ucnv.h

@@ -3,6 +3,7 @@
 #define VARNICE_VARNICE_H_
 
 #include "varnice/capi/varnice_c.h"
+#include "varnice/version.h"
 #include "varnice/charprops/character_property.h"
 #include "varnice/charprops/character_script.h"
 #include "varnice/charprops/character_test.h"
