@@ -159,6 +159,27 @@ TEST(StrictDecoding, ModesSkipStopAndStrict) {
   EXPECT_EQ(cut.status.problemOffset, 3);
 }
 
+// Whole blocks take the fast path for complete characters; one-byte pieces
+// take the byte-at-a-time loop. Both must read every text alike.
+TEST(StrictDecoding, FastPathAgreesWithTheByteLoopOnRandomText) {
+  const std::string pieces[] = {"a", "\n", "\xC3\xA9", "\xE3\x81\x82", "\xF0\x9F\x98\x80", "\xC0", "\xC3",
+                                "\xE3\x81", "\xED\xA0", "\xF4\x90", "\x80", "\xBF", "\xFF", "\xF0\x9F",
+                                "0123456789abcdef"};
+  unsigned seed = 12345;
+  for (int round = 0; round < 300; ++round) {
+    std::string text;
+    for (int k = 0; k < 12; ++k) {
+      seed = seed * 1103515245 + 12345;
+      text += pieces[(seed >> 16) % (sizeof pieces / sizeof pieces[0])];
+    }
+    const Decoded whole = Decode(ExternalEncoding::Unicode20UTF8(), text, Transcoder::kReplace, text.size());
+    const Decoded bytes = Decode(ExternalEncoding::Unicode20UTF8(), text, Transcoder::kReplace, 1);
+    ASSERT_EQ(whole.units, bytes.units) << round;
+    ASSERT_EQ(whole.status.replacements, bytes.status.replacements) << round;
+    ASSERT_EQ(whole.status.problemOffset, bytes.status.problemOffset) << round;
+  }
+}
+
 // The lenient converter the encoding hands out still reads as it always did.
 TEST(StrictDecoding, LenientReadingIsUnchanged) {
   const ExternalEncoding* utf8 = ExternalEncoding::Unicode20UTF8();

@@ -1,5 +1,8 @@
 #include "varnice/encoding/strict_decoder.h"
 
+#include <cstdint>
+#include <cstring>
+
 #include "varnice/codepages/iso2022_encoding.h"
 #include "varnice/codepages/iso2022_subencoding.h"
 #include "varnice/codepages/mbcs_encoding.h"
@@ -130,6 +133,63 @@ int StrictDecoder::Finish(unsigned short*&, const unsigned short*) {
   return kIllegalInput;
 }
 
+namespace {
+
+// Whole well-formed characters that lie entirely in the block, with room for
+// them; stops before anything else (a broken or cut-off sequence, or too
+// little room), which the byte-at-a-time loop then reads. It only ever
+// accepts what that loop accepts, and the tests hold the two to each other.
+const unsigned char* FastUTF8(const unsigned char* in, const unsigned char* inEnd, unsigned short*& out,
+                              const unsigned short* outEnd) {
+  unsigned short* o = out;
+  while (inEnd - in >= 4 && outEnd - o >= 2) {
+    const unsigned char b = in[0];
+    if (b < 0x80) {
+      // Eight ASCII bytes at a time while they and their room last.
+      if (inEnd - in >= 8 && outEnd - o >= 8) {
+        std::uint64_t word;
+        std::memcpy(&word, in, 8);
+        if ((word & 0x8080808080808080ULL) == 0) {
+          for (int k = 0; k < 8; ++k) o[k] = in[k];
+          in += 8;
+          o += 8;
+          continue;
+        }
+      }
+      *o++ = b;
+      ++in;
+      continue;
+    }
+    const unsigned char c1 = in[1];
+    if (b >= 0xC2 && b <= 0xDF) {
+      if ((c1 & 0xC0) != 0x80) break;
+      *o++ = static_cast<unsigned short>(((b & 0x1F) << 6) | (c1 & 0x3F));
+      in += 2;
+    } else if (b >= 0xE0 && b <= 0xEF) {
+      const unsigned char lower = b == 0xE0 ? 0xA0 : 0x80;
+      const unsigned char upper = b == 0xED ? 0x9F : 0xBF;
+      if (c1 < lower || c1 > upper || (in[2] & 0xC0) != 0x80) break;
+      *o++ = static_cast<unsigned short>(((b & 0x0F) << 12) | ((c1 & 0x3F) << 6) | (in[2] & 0x3F));
+      in += 3;
+    } else if (b >= 0xF0 && b <= 0xF4) {
+      const unsigned char lower = b == 0xF0 ? 0x90 : 0x80;
+      const unsigned char upper = b == 0xF4 ? 0x8F : 0xBF;
+      if (c1 < lower || c1 > upper || (in[2] & 0xC0) != 0x80 || (in[3] & 0xC0) != 0x80) break;
+      const unsigned long value =
+          ((b & 0x07UL) << 18) | ((c1 & 0x3FUL) << 12) | ((in[2] & 0x3FUL) << 6) | (in[3] & 0x3FUL);
+      *o++ = static_cast<unsigned short>(0xD800 + ((value - 0x10000) >> 10));
+      *o++ = static_cast<unsigned short>(0xDC00 + (value & 0x3FF));
+      in += 4;
+    } else {
+      break;
+    }
+  }
+  out = o;
+  return in;
+}
+
+}  // namespace
+
 // Unicode's well-formed byte sequences: the lead byte fixes the length and the
 // range of the first continuation byte, which shuts out overlong forms,
 // surrogates and values above U+10FFFF at the earliest byte.
@@ -137,6 +197,10 @@ int StrictDecoder::ConvertUTF8(const unsigned char*& in, const unsigned char* in
                                const unsigned short* outEnd) {
   State& s = state_;
   while (in != inEnd) {
+    if (s.machine == 0) {
+      in = FastUTF8(in, inEnd, out, outEnd);
+      if (in == inEnd) break;
+    }
     const unsigned char b = *in;
     if (s.machine == 0) {
       if (b < 0x80) {
