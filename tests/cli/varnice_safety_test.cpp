@@ -86,6 +86,11 @@ TEST_F(Safety, StrictReadingKeepsTheBytesAfterABrokenCharacter) {
     EXPECT_EQ(r.out, c.out);
     EXPECT_NE(r.err.find("replaced\n"), std::string::npos) << r.err;
   }
+  // Transforms read strictly too.
+  EXPECT_EQ(Convert("-f UTF-8 -t UTF-8 -x upper", "a\xFF" "b").out, "A" + kR + "B");
+  EXPECT_EQ(Convert("-f UTF-8 -t UTF-8 -x upper --on-error=fail", "ab\xE3\x81").status, 1);
+  // UTF-7 is written by the same road.
+  EXPECT_EQ(Convert("-f UTF-8 -t UTF-7", "a\xE6\x97\xA5").out, "a+ZeU-");
   // The old reading is still there for data that needs it.
   EXPECT_EQ(Convert("--lenient -f UTF-8 -t UTF-8", "a\xFF" "b").out, "a" + kR);
   EXPECT_EQ(Convert("--lenient -f UTF-8 -t UTF-8", "\xC0\xAF").out, "/");

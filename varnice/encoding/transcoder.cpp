@@ -48,6 +48,11 @@ BlockConverter_16_to_8* CreateWriter(const ExternalEncoding& e, UnicodeLibAlloca
   if (const auto* ucs2 = dynamic_cast<const UCS2variant*>(&e)) {
     return IsPlainUnicode(ucs2->Internal(), &mark) ? new (a) UCS2fromWhatever(ucs2->IsBigEndian()) : nullptr;
   }
+  if (const auto* utf7 = dynamic_cast<const UTF7EncodingVariant*>(&e)) {
+    return IsPlainUnicode(utf7->Internal())
+               ? new (a) UTF7fromWhatever(utf7->WritesSetODirectly(), utf7->AlwaysClosesRuns())
+               : nullptr;
+  }
   const auto* block = dynamic_cast<const BlockExternalEncoding*>(&e);
   return block != nullptr ? block->CreateConverterFromUnicode(a) : nullptr;
 }

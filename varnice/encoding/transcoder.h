@@ -13,7 +13,10 @@
 //   kStrict   as kStop; the caller is to discard the output
 //
 // Every problem is counted, and the first one is located by the offset of its
-// first input unit. Feed input in pieces of any size with Put, then call
+// first input unit. Encodings without a strict reader (UTF-7, the printer
+// variant) are read by their own converters, whose problems are placed at
+// the byte that revealed them. The Unicode 1.1 forms and the detecting
+// encodings are not handled (Ready() is false): use their pipelines. Feed input in pieces of any size with Put, then call
 // Finish once; output goes to the Receiver as it is made.
 #ifndef VARNICE_ENCODING_TRANSCODER_H_
 #define VARNICE_ENCODING_TRANSCODER_H_
