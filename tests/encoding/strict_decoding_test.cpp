@@ -180,13 +180,6 @@ TEST(StrictDecoding, FastPathAgreesWithTheByteLoopOnRandomText) {
   }
 }
 
-// The lenient converter the encoding hands out still reads as it always did.
-TEST(StrictDecoding, LenientReadingIsUnchanged) {
-  const ExternalEncoding* utf8 = ExternalEncoding::Unicode20UTF8();
-  EXPECT_TRUE(StrictDecoder::CanRead(*utf8));
-  EXPECT_FALSE(StrictDecoder::CanRead(*ExternalEncoding::Unicode20UTF7()));
-}
-
 std::string Encode(const ExternalEncoding* to, const Units& in, Transcoder::ErrorMode mode,
                    Transcoder::Status* status = nullptr, const Units& subst = Units()) {
   Collect out;

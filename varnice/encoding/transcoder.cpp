@@ -257,7 +257,7 @@ bool Transcoder::Units(const unsigned short* begin, const unsigned short* end, b
         if (!ok) return false;
       }
     } else {
-      if (!Report(kLoneSurrogate, static_cast<long long>(unitsInBase_) - 1)) return false;
+      if (!Report(kLoneSurrogate, OffsetOfUnit(unitsInBase_ - 1))) return false;
       if (mode_ == kReplace && !ReplaceUnit()) return false;
     }
   }
@@ -277,7 +277,7 @@ bool Transcoder::Units(const unsigned short* begin, const unsigned short* end, b
       }
     }
     if (!deliver(run, p)) return false;
-    if (!Report(kLoneSurrogate, static_cast<long long>(unitsInBase_ + (p - begin)))) return false;
+    if (!Report(kLoneSurrogate, OffsetOfUnit(unitsInBase_ + (p - begin)))) return false;
     if (mode_ == kReplace && !ReplaceUnit()) return false;
     run = p + 1;
   }
@@ -303,8 +303,7 @@ bool Transcoder::Encode(const unsigned short* begin, const unsigned short* end, 
       }
     }
     if (!isReplacement) {
-      const unsigned long long index = unitsInBase_ + (unit - begin);
-      const long long offset = from_ != nullptr ? LocateUnit(index) : static_cast<long long>(index);
+      const long long offset = OffsetOfUnit(unitsInBase_ + (unit - begin));
       const bool first = status_.problem == kNoProblem;
       if (!Report(kUnmappable, offset)) {
         status_.character = Character(unit, p);
@@ -369,6 +368,10 @@ bool Transcoder::Report(Problem kind, long long offset) {
   }
   ++status_.replacements;
   return true;
+}
+
+long long Transcoder::OffsetOfUnit(unsigned long long index) {
+  return from_ != nullptr ? LocateUnit(index) : static_cast<long long>(index);
 }
 
 long long Transcoder::LocateUnit(unsigned long long index) {

@@ -101,6 +101,9 @@ class VARNICE_API Transcoder {
   void Emit(const void* data, std::size_t units);
   // Records a problem; false when the mode stops here.
   bool Report(Problem kind, long long offset);
+  // The input offset of UTF-16 unit `index`: of the input itself when it is
+  // UTF-16, else of the current piece's decoded text.
+  long long OffsetOfUnit(unsigned long long index);
   // The input offset at which the character holding UTF-16 unit `index` of
   // the current piece began.
   long long LocateUnit(unsigned long long index);
