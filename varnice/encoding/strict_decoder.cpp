@@ -52,30 +52,34 @@ StrictDecoder::StrictDecoder(Form form, bool bigEndian) : form_(form), initialBi
 
 StrictDecoder::~StrictDecoder() = default;
 
+// Each kind of encoding is asked for once, code pages first: a failed
+// dynamic_cast costs more than the conversion of a short text.
 bool StrictDecoder::CanRead(const ExternalEncoding& e) {
+  if (TableOf(&e) != nullptr) return true;
   if (const auto* utf8 = dynamic_cast<const UTF8EncodingVariant*>(&e)) return IsPlainUnicode(utf8->Internal());
   if (const auto* ucs2 = dynamic_cast<const UCS2variant*>(&e)) return IsPlainUnicode(ucs2->Internal());
-  if (TableOf(&e) != nullptr) return true;
   const auto* iso = dynamic_cast<const GenericISO2022Encoding*>(&e);
   return iso != nullptr && ReadableISO2022(*iso);
 }
 
 StrictDecoder* StrictDecoder::Create(const ExternalEncoding& e, UnicodeLibAllocator& a) {
-  if (!CanRead(e)) return nullptr;
-  if (dynamic_cast<const UTF8EncodingVariant*>(&e) != nullptr) return new (a) StrictDecoder(kUTF8, false);
-  if (const auto* ucs2 = dynamic_cast<const UCS2variant*>(&e)) {
-    return new (a) StrictDecoder(kUTF16, ucs2->IsBigEndian());
-  }
   if (const MBCStoUnicodeTable* table = TableOf(&e)) {
     auto* d = new (a) StrictDecoder(kTable, false);
     d->table_ = table;
     return d;
   }
-  const auto& iso = dynamic_cast<const GenericISO2022Encoding&>(e);
+  if (const auto* utf8 = dynamic_cast<const UTF8EncodingVariant*>(&e)) {
+    return IsPlainUnicode(utf8->Internal()) ? new (a) StrictDecoder(kUTF8, false) : nullptr;
+  }
+  if (const auto* ucs2 = dynamic_cast<const UCS2variant*>(&e)) {
+    return IsPlainUnicode(ucs2->Internal()) ? new (a) StrictDecoder(kUTF16, ucs2->IsBigEndian()) : nullptr;
+  }
+  const auto* iso = dynamic_cast<const GenericISO2022Encoding*>(&e);
+  if (iso == nullptr || !ReadableISO2022(*iso)) return nullptr;
   auto* d = new (a) StrictDecoder(kISO2022, false);
-  d->setCount_ = iso.CountSubencodings();
+  d->setCount_ = iso->CountSubencodings();
   for (int i = 0; i < d->setCount_; ++i) {
-    const ISO2022Subencoding& sub = iso.GetSubencodings()[i];
+    const ISO2022Subencoding& sub = iso->GetSubencodings()[i];
     d->sets_[i] = TableOf(sub.encoding);
     for (int k = 0; k < 3; ++k) d->escapes_[i].bytes[k] = static_cast<unsigned char>(sub.escape[k]);
   }

@@ -41,7 +41,10 @@ BlockConverter_8_to_16* CreateReader(const ExternalEncoding& e, UnicodeLibAlloca
 }
 
 BlockConverter_16_to_8* CreateWriter(const ExternalEncoding& e, UnicodeLibAllocator& a, bool& mark) {
-  if (!e.IsValidForOutput()) return nullptr;
+  // The code pages and ISO-2022 first, for the reason StrictDecoder::Create gives.
+  if (const auto* block = dynamic_cast<const BlockExternalEncoding*>(&e)) {
+    return e.IsValidForOutput() ? block->CreateConverterFromUnicode(a) : nullptr;
+  }
   if (const auto* utf8 = dynamic_cast<const UTF8EncodingVariant*>(&e)) {
     return IsPlainUnicode(utf8->Internal()) ? new (a) UTF8fromWhatever(true) : nullptr;
   }
@@ -53,8 +56,7 @@ BlockConverter_16_to_8* CreateWriter(const ExternalEncoding& e, UnicodeLibAlloca
                ? new (a) UTF7fromWhatever(utf7->WritesSetODirectly(), utf7->AlwaysClosesRuns())
                : nullptr;
   }
-  const auto* block = dynamic_cast<const BlockExternalEncoding*>(&e);
-  return block != nullptr ? block->CreateConverterFromUnicode(a) : nullptr;
+  return nullptr;
 }
 
 // Whether the encoder writes the text without a problem.
