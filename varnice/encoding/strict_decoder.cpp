@@ -328,6 +328,23 @@ int StrictDecoder::ConvertUTF16(const unsigned char*& in, const unsigned char* i
 int StrictDecoder::ConvertTable(const MBCStoUnicodeTable& table, bool sevenBit, const unsigned char*& in,
                                 const unsigned char* inEnd, unsigned short*& out, const unsigned short* outEnd) {
   State& s = state_;
+  if (s.machine == 0 && !sevenBit) {
+    // Whole one- and two-byte characters go without the bookkeeping below.
+    const auto* row = &table.GetAction(0, 0);
+    while (in != inEnd && out != outEnd) {
+      const auto& first = row[*in];
+      if (first.output < kInvalid && first.nextState == 0) {
+        *out++ = first.output;
+        ++in;
+        continue;
+      }
+      if (first.output != kNoOutput || inEnd - in < 2) break;
+      const auto& second = table.GetAction(first.nextState, in[1]);
+      if (second.output >= kInvalid || second.nextState != 0) break;
+      *out++ = second.output;
+      in += 2;
+    }
+  }
   while (in != inEnd) {
     const unsigned char b = *in;
     if (sevenBit && b >= 0x80) {

@@ -237,6 +237,8 @@ bool Transcoder::Units(const unsigned short* begin, const unsigned short* end, b
     unitsInBase_ = base;
     return ok;
   };
+  // A strict reader only ever writes whole pairs: nothing to check.
+  if (strict_ != nullptr && high_ == 0 && !lowToDrop_) return deliver(begin, end);
   const unsigned short* p = begin;
   if (lowToDrop_ && p != end) {
     lowToDrop_ = false;
