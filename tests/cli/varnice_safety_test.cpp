@@ -148,6 +148,12 @@ TEST_F(Safety, OutputGoesThroughDevicesPipesAndLinks) {
   EXPECT_TRUE(fs::is_symlink(dir_ / "link"));
   EXPECT_EQ(ReadFile(dir_ / "target"), "text\n");
 
+  // A link to a file not yet made makes the file and stays a link.
+  fs::create_symlink("made", dir_ / "dangling");
+  EXPECT_EQ(Varnice("convert -f UTF-8 -t UTF-8 -o dangling in").status, 0);
+  EXPECT_TRUE(fs::is_symlink(dir_ / "dangling"));
+  EXPECT_EQ(ReadFile(dir_ / "made"), "text\n");
+
   ::chmod((dir_ / "target").c_str(), 0600);
   ASSERT_EQ(Varnice("convert -f UTF-8 -t UTF-16BE -o target in").status, 0);
   ASSERT_EQ(::stat((dir_ / "target").c_str(), &st), 0);

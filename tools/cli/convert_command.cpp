@@ -492,7 +492,8 @@ class Output {
     }
     std::string target = path;
     struct stat st;
-    if (lstat(path, &st) == 0 && S_ISLNK(st.st_mode)) {
+    const bool link = lstat(path, &st) == 0 && S_ISLNK(st.st_mode);
+    if (link) {
       char* resolved = realpath(path, nullptr);
       if (resolved != nullptr) {
         target = resolved;
@@ -500,7 +501,7 @@ class Output {
       }
     }
     const bool exists = stat(target.c_str(), &st) == 0;
-    if ((exists && !S_ISREG(st.st_mode)) || (target != path && !exists)) {
+    if ((exists && !S_ISREG(st.st_mode)) || (link && !exists)) {
       // Nothing to replace: a device, a pipe, or a link to a file yet to be made.
       file_ = std::fopen(target.c_str(), "wb");
       if (file_ == nullptr) std::fprintf(stderr, "varnice: cannot write %s: %s\n", path, std::strerror(errno));
