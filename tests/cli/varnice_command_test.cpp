@@ -101,16 +101,19 @@ TEST_F(Command, OnErrorReplacesSkipsOrFailsAtTheOffendingByte) {
   WriteFile(Path("out.txt"), "previous");
   Outcome r = Varnice("convert -f sjis -t utf8 --on-error=fail -o out.txt in.sjis");
   EXPECT_EQ(r.status, 1);
-  EXPECT_EQ(r.err, "varnice: in.sjis: a Shift_JIS code with no Unicode character at byte offset 2\n");
+  EXPECT_EQ(r.err, "varnice: in.sjis: input that is not Shift_JIS at byte offset 2\n");
   EXPECT_EQ(ReadFile(Path("out.txt")), "previous");  // left as it was
   EXPECT_EQ(std::distance(fs::directory_iterator(dir_), fs::directory_iterator()), 4);  // no temporary left
 
   r = Varnice("convert -f utf8 -t sjis --on-error=fail in.utf8");
   EXPECT_EQ(r.status, 1);
   EXPECT_EQ(r.err, "varnice: in.utf8: U+20AC, which Shift_JIS cannot represent, at byte offset 3\n");
-  // From a pipe the input cannot be read again, so only the piece is named.
+  // Also from a pipe, which cannot be read again.
   r = Varnice("convert -f utf8 -t sjis --on-error=fail", "cat in.utf8 | ");
   EXPECT_EQ(r.status, 1);
+  EXPECT_EQ(r.err, "varnice: standard input: U+20AC, which Shift_JIS cannot represent, at byte offset 3\n");
+  // The lenient reading keeps the old way of placing a failure.
+  r = Varnice("convert --lenient -f utf8 -t sjis --on-error=fail", "cat in.utf8 | ");
   EXPECT_EQ(r.err, "varnice: standard input: U+20AC, which Shift_JIS cannot represent, between byte offsets 0 and 8\n");
 }
 

@@ -11,7 +11,7 @@ namespace cli {
 
 const ExternalEncoding* FindEncoding(const char* name, const char* role) {
   EncodingCatalogue::CreateAll();
-  const ExternalEncoding* e = ExternalEncoding::Lookup(name);
+  const ExternalEncoding* e = Transcoder::FindEncoding(name);
   if (e == nullptr) {
     std::fprintf(stderr, "varnice: unknown %s encoding '%s' (see 'varnice list')\n", role, name);
   }

@@ -22,7 +22,7 @@ namespace {
 
 const char kHelp[] =
     "usage: varnice convert -f FROM -t TO [-x T,...] [-o OUT] [--on-error=MODE] [--subst=TEXT]\n"
-    "                       [FILE...]\n"
+    "                       [-c] [-q] [--lenient] [FILE...]\n"
     "\n"
     "Converts each FILE (standard input when none, or for \"-\") from encoding FROM to\n"
     "encoding TO and writes the result to OUT, else to standard output.\n"
@@ -33,18 +33,27 @@ const char kHelp[] =
     "  -x, --transform=T,...  run the text through these transforms, in order, between\n"
     "                      reading and writing ('varnice list --transforms'); T:CLASS\n"
     "                      changes only characters of a class, as upper:LatinScript\n"
-    "  -o, --output=OUT    write OUT, and only once everything converted: on any\n"
-    "                      failure OUT is left as it was\n"
-    "  --on-error=replace  unconvertible input becomes U+FFFD, and characters TO\n"
-    "                      lacks become the substitute (the default)\n"
-    "  --on-error=skip     unconvertible input and characters are dropped\n"
+    "  -o, --output=OUT    write OUT; a regular file is replaced only once everything\n"
+    "                      converted (on any failure it is left as it was, and it\n"
+    "                      keeps its permissions); devices, pipes and the files that\n"
+    "                      links point to are written in place\n"
+    "  --on-error=replace  ill-formed or cut-off input becomes U+FFFD, and characters\n"
+    "                      TO lacks become the substitute (the default)\n"
+    "  --on-error=skip     both are dropped (-c says the same)\n"
     "  --on-error=fail     stop at the first one, naming its byte offset\n"
-    "  --subst=TEXT        the substitute for characters TO lacks, as TO bytes\n"
-    "                      (default: the encoding's own, 0x1A for most)\n"
+    "  --subst=TEXT        the substitute for characters TO lacks, as UTF-8 text\n"
+    "                      (default: the SUB control of TO, else \"?\")\n"
+    "  -q, --quiet         no summary of replaced or skipped characters\n"
+    "  --lenient           read as the library's converters always have: overlong\n"
+    "                      UTF-8 and encoded surrogates pass, a broken sequence takes\n"
+    "                      the byte after it, a character cut off at the end vanishes\n"
     "\n"
-    "A progress bar appears on standard error for long conversions when it is a\n"
-    "terminal. Exit status: 0 done, 1 stopped by --on-error=fail, 2 bad usage or\n"
-    "unknown encoding, 3 unreadable input or unwritable output.\n";
+    "Input is read strictly: every ill-formed sequence and a character cut off at\n"
+    "the end count as errors. When characters were replaced or skipped, a line on\n"
+    "standard error says how many. A progress bar appears on standard error for\n"
+    "long conversions when it is a terminal. Exit status: 0 done, 1 stopped by\n"
+    "--on-error=fail, 2 bad usage or unknown encoding, 3 unreadable input or\n"
+    "unwritable output.\n";
 
 enum class OnError { kReplace, kSkip, kFail };
 
@@ -57,29 +66,55 @@ class CommandBehavior : public UnicodeLibBehavior {
  public:
   explicit CommandBehavior(OnError mode) : mode_(mode) {}
 
+  // The substitute, as UTF-16 converted by the encoder like any text, so that
+  // it is a whole character of the target whatever state the encoder is in.
+  // `rawByte` (or -1) follows the text, for targets that lack it as a character.
+  void SetSubstitute(const std::u16string& text, int rawByte) {
+    substitute_ = text;
+    rawByte_ = rawByte;
+  }
+
   void HandleExternalToInternalConversionProblem(ExternalToInternalConversionProblem& p) override {
-    if (mode_ == OnError::kReplace) return UnicodeLibBehavior::HandleExternalToInternalConversionProblem(p);
     if (mode_ == OnError::kFail) throw Unconvertible{std::string("input that is not ") + DisplayName(p.source)};
+    ++replaced;
+    if (mode_ == OnError::kReplace) UnicodeLibBehavior::HandleExternalToInternalConversionProblem(p);
   }
   void HandleNoCharacterDefinedForCodepoint(NoCharacterDefinedForCodepoint& p) override {
     if (mode_ != OnError::kFail) return HandleExternalToInternalConversionProblem(p);
     throw Unconvertible{std::string("a ") + DisplayName(p.source) + " code with no Unicode character"};
   }
   void HandleInternalToExternalConversionProblem(InternalToExternalConversionProblem& p) override {
-    if (mode_ == OnError::kReplace) return UnicodeLibBehavior::HandleInternalToExternalConversionProblem(p);
-    if (mode_ == OnError::kSkip) return;
-    unsigned long c = p.inputStop[-1];
-    if (p.inputStop - p.inputBegin >= 2 && c >= 0xDC00 && c < 0xE000 && p.inputStop[-2] >= 0xD800 &&
-        p.inputStop[-2] < 0xDC00) {
-      c = 0x10000 + ((p.inputStop[-2] - 0xD800UL) << 10) + (c - 0xDC00);
+    const unsigned short last = p.inputStop[-1];
+    // The low half of a pair whose high half was already settled.
+    if (last >= 0xDC00 && last < 0xE000 && highSettled_) {
+      highSettled_ = false;
+      return;
     }
-    char text[80];
-    std::snprintf(text, sizeof text, "U+%04lX, which %s cannot represent,", c, DisplayName(p.target));
-    throw Unconvertible{text};
+    highSettled_ = last >= 0xD800 && last < 0xDC00;
+    if (mode_ == OnError::kFail) {
+      unsigned long c = last;
+      if (highSettled_ && p.inputStop < p.inputEnd) c = 0x10000 + ((c - 0xD800UL) << 10) + (p.inputStop[0] - 0xDC00);
+      char text[80];
+      std::snprintf(text, sizeof text, "U+%04lX, which %s cannot represent,", c, DisplayName(p.target));
+      throw Unconvertible{text};
+    }
+    ++replaced;
+    if (mode_ == OnError::kSkip) return;
+    const auto* units = reinterpret_cast<const unsigned short*>(substitute_.data());
+    p.InsertInput(units, units + substitute_.size());
+    if (rawByte_ >= 0) {
+      const char byte = static_cast<char>(rawByte_);
+      p.InsertOutput(&byte, &byte + 1);
+    }
   }
+
+  long long replaced = 0;
 
  private:
   OnError mode_;
+  std::u16string substitute_;
+  int rawByte_ = -1;
+  bool highSettled_ = false;
 };
 
 // Counts the UTF-16 units passing between the two halves of a conversion.
@@ -191,6 +226,8 @@ struct Options {
   const char* output = nullptr;
   const char* subst = nullptr;
   OnError onError = OnError::kReplace;
+  bool lenient = false;
+  bool quiet = false;
   std::vector<TransformStage> transforms;
   std::vector<std::string> files;
 };
@@ -225,6 +262,12 @@ int Parse(int argc, char** argv, Options& o) {
       continue;
     }
     if (arg == "-h" || arg == "--help") return -1;
+    if (arg == "--lenient" || arg == "-q" || arg == "--quiet" || arg == "-c") {
+      if (arg == "--lenient") o.lenient = true;
+      if (arg == "-q" || arg == "--quiet") o.quiet = true;
+      if (arg == "-c") o.onError = OnError::kSkip;  // as iconv -c
+      continue;
+    }
     int r = value("-f", "--from", o.from);
     if (r == 0) r = value("-t", "--to", o.to);
     if (r == 0) r = value("-o", "--output", o.output);
@@ -304,12 +347,15 @@ class InputSource : public CharSource {
 // placed between byte offsets, since the stages hold text ahead of it.
 int ConvertThroughTransforms(Input& in, DetectionWindow* window, const ExternalEncoding& from,
                              const ExternalEncoding& to, const std::vector<TransformStage>& stages,
-                             CharSink& out) {
+                             bool lenient, CharSink& out) {
   ProgressBar progress(in);
   InputSource bytes(in, window, progress);
   try {
     LinearAllocator arena{4096, __FILE__, __LINE__};
-    std::unique_ptr<Char16Source> decoded(from.CreateCharSourceToUnicode(bytes, arena));
+    std::unique_ptr<Char16Source> decoded(
+        !lenient && StrictDecoder::CanRead(from)
+            ? new (arena) CharSource_8_to_16(bytes, from, StrictDecoder::Create(from, arena), *InternalEncoding::Unicode())
+            : from.CreateCharSourceToUnicode(bytes, arena));
     std::vector<std::unique_ptr<UnicodeTransform>> transforms;
     Char16Source* top = decoded.get();
     for (const TransformStage& stage : stages) {
@@ -331,9 +377,62 @@ int ConvertThroughTransforms(Input& in, DetectionWindow* window, const ExternalE
   return in.Failed() ? kIoError : kOk;
 }
 
+// Hands the Transcoder's bytes to the output.
+class SinkReceiver final : public Transcoder::Receiver {
+ public:
+  explicit SinkReceiver(CharSink& out) : out_(out) {}
+  void Take(const void* data, std::size_t units) override {
+    const char* b = static_cast<const char*>(data);
+    out_.PutBuffer(b, b + units);
+  }
+
+ private:
+  CharSink& out_;
+};
+
+// Strict conversion: every problem is found where it is, so a failure names
+// its exact byte offset even in input that cannot be read again.
+int ConvertStrictly(Input& in, DetectionWindow* window, const ExternalEncoding& from, const ExternalEncoding& to,
+                    const Options& o, const std::u16string& substitute, CharSink& out, long long& replaced) {
+  static const Transcoder::ErrorMode kModes[] = {Transcoder::kReplace, Transcoder::kSkip, Transcoder::kStop};
+  SinkReceiver receiver(out);
+  Transcoder t(&from, &to, kModes[static_cast<int>(o.onError)], receiver);
+  if (!substitute.empty()) {
+    t.SetSubstitute(reinterpret_cast<const unsigned short*>(substitute.data()), substitute.size());
+  }
+  ProgressBar progress(in);
+  bool going = true;
+  if (window != nullptr && window->ExaminedCount() > 0) going = t.Put(window->Examined(), window->ExaminedCount());
+  if (going && window != nullptr && window->LeftoverBegin() != window->LeftoverEnd()) {
+    going = t.Put(window->LeftoverBegin(), window->LeftoverEnd() - window->LeftoverBegin());
+  }
+  const char* b;
+  const char* e;
+  while (going && in.Next(b, e)) {
+    going = t.Put(b, e - b);
+    progress.Update();
+  }
+  if (going) going = t.Finish();
+  const Transcoder::Status& st = t.GetStatus();
+  replaced += static_cast<long long>(st.replacements);
+  if (going) return in.Failed() ? kIoError : kOk;
+  std::string what;
+  if (st.problem == Transcoder::kUnmappable) {
+    char text[80];
+    std::snprintf(text, sizeof text, "U+%04lX, which %s cannot represent,", st.character, DisplayName(to));
+    what = text;
+  } else if (st.problem == Transcoder::kIncomplete) {
+    what = std::string("an incomplete ") + DisplayName(from) + " character";
+  } else {
+    what = std::string("input that is not ") + DisplayName(from);
+  }
+  std::fprintf(stderr, "varnice: %s: %s at byte offset %lld\n", in.Name().c_str(), what.c_str(), st.problemOffset);
+  return kConversionFailed;
+}
+
 // Converts one input into `out`; kOk, kConversionFailed or kIoError.
-int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& to,
-               const std::vector<TransformStage>& transforms, CharSink& out) {
+int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& to, const Options& o,
+               const std::u16string& substitute, CharSink& out, long long& replaced) {
   const ExternalEncoding* source = &from;
   std::unique_ptr<DetectionWindow> window;
   if (const auto* detecting = dynamic_cast<const AutoDetectEncoding*>(&from)) {
@@ -341,7 +440,12 @@ int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& 
     source = window->Choose(in);
     if (source == nullptr) return kUsage;
   }
-  if (!transforms.empty()) return ConvertThroughTransforms(in, window.get(), *source, to, transforms, out);
+  if (!o.transforms.empty()) {
+    return ConvertThroughTransforms(in, window.get(), *source, to, o.transforms, o.lenient, out);
+  }
+  if (!o.lenient && Transcoder::CanRead(*source) && Transcoder::CanWrite(to)) {
+    return ConvertStrictly(in, window.get(), *source, to, o, substitute, out, replaced);
+  }
   long long pieceStart = 0;
   try {
     Pipeline pipeline(*source, to, out);
@@ -375,15 +479,38 @@ int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& 
   return in.Failed() ? kIoError : kOk;
 }
 
-// Output: standard output, or a temporary file beside OUT that replaces OUT
-// only when everything succeeded.
+// Output: standard output, a device or pipe written in place, or for a
+// regular file a temporary beside it that replaces it only when everything
+// succeeded. A symbolic link is followed, so the link stays and its target
+// gets the text.
 class Output {
  public:
-  explicit Output(const char* path) : path_(path != nullptr ? path : "") {
+  explicit Output(const char* path) : shown_(path != nullptr ? path : "standard output") {
     if (path == nullptr) {
       file_ = stdout;
       return;
     }
+    std::string target = path;
+    struct stat st;
+    const bool link = lstat(path, &st) == 0 && S_ISLNK(st.st_mode);
+    if (link) {
+      char* resolved = realpath(path, nullptr);
+      if (resolved != nullptr) {
+        target = resolved;
+        std::free(resolved);
+      }
+    }
+    const bool exists = stat(target.c_str(), &st) == 0;
+    if ((exists && !S_ISREG(st.st_mode)) || (link && !exists)) {
+      // Nothing to replace: a device, a pipe, or a link to a file yet to be made.
+      file_ = std::fopen(target.c_str(), "wb");
+      if (file_ == nullptr) std::fprintf(stderr, "varnice: cannot write %s: %s\n", path, std::strerror(errno));
+      return;
+    }
+    const mode_t mask = umask(0);
+    umask(mask);
+    mode_ = exists ? st.st_mode & 07777 : 0666 & ~mask;
+    path_ = target;
     temporary_ = path_ + ".varnice-XXXXXX";
     const int fd = mkstemp(temporary_.data());
     if (fd >= 0) file_ = fdopen(fd, "wb");
@@ -401,31 +528,44 @@ class Output {
   std::FILE* File() const { return file_; }
   // Puts the output in place when `ok`; false (after a message) if writing failed.
   bool Close(bool ok) {
-    const char* shown = path_.empty() ? "standard output" : path_.c_str();
     bool written = std::fflush(file_) == 0 && !std::ferror(file_);
-    const int error = errno;
+    int error = errno;
     if (temporary_.empty()) {
-      if (!written) std::fprintf(stderr, "varnice: cannot write %s: %s\n", shown, std::strerror(error));
+      if (file_ != stdout && std::fclose(file_) != 0 && written) {
+        written = false;
+        error = errno;
+      }
+      file_ = nullptr;
+      if (!written) std::fprintf(stderr, "varnice: cannot write %s: %s\n", shown_.c_str(), std::strerror(error));
       return written;
     }
-    struct stat st;
-    // A new file gets the permissions any file made here would get.
-    const mode_t mask = umask(0);
-    umask(mask);
-    fchmod(fileno(file_), stat(path_.c_str(), &st) == 0 ? st.st_mode & 07777 : 0666 & ~mask);
+    fchmod(fileno(file_), mode_);
     written = std::fclose(file_) == 0 && written;
     file_ = nullptr;
     if (ok && written && std::rename(temporary_.c_str(), path_.c_str()) == 0) return true;
-    if (ok) std::fprintf(stderr, "varnice: cannot write %s: %s\n", shown, std::strerror(errno));
+    if (ok) std::fprintf(stderr, "varnice: cannot write %s: %s\n", shown_.c_str(), std::strerror(errno));
     std::remove(temporary_.c_str());
-    return !ok ? true : false;
+    return !ok;
   }
 
  private:
+  std::string shown_;
   std::string path_;
   std::string temporary_;
+  mode_t mode_ = 0644;
   std::FILE* file_ = nullptr;
 };
+
+// UTF-8 text as UTF-16; false when it is not well-formed.
+bool FromUtf8(const char* text, std::u16string& units) {
+  struct Collect final : Transcoder::Receiver {
+    std::u16string& to;
+    explicit Collect(std::u16string& t) : to(t) {}
+    void Take(const void* data, std::size_t n) override { to.append(static_cast<const char16_t*>(data), n); }
+  } collect(units);
+  Transcoder t(ExternalEncoding::Unicode20UTF8(), nullptr, Transcoder::kStrict, collect);
+  return t.Put(text, std::strlen(text)) && t.Finish();
+}
 
 }  // namespace
 
@@ -445,9 +585,19 @@ int RunConvert(int argc, char** argv) {
                  to->Name());
     return kUsage;
   }
+  std::u16string substitute;
+  if (o.subst != nullptr && !FromUtf8(o.subst, substitute)) {
+    std::fputs("varnice convert: --subst takes UTF-8 text\n", stderr);
+    return kUsage;
+  }
+  int rawByte = -1;
+  if (o.subst == nullptr) {
+    unsigned short unit;
+    if (Transcoder::DefaultSubstitute(*to, &unit, &rawByte) == 1) substitute.assign(1, static_cast<char16_t>(unit));
+  }
   // Every stage takes the default behaviour when it is made.
   CommandBehavior behavior(o.onError);
-  if (o.subst != nullptr) behavior.SetExternalSubstitute(o.subst);
+  behavior.SetSubstitute(substitute, rawByte);
   UnicodeLibBehavior::SetDefaultBehavior(behavior);
 
   Output output(o.output);
@@ -456,16 +606,24 @@ int RunConvert(int argc, char** argv) {
   static char outputBuffer[1 << 18];
   std::setvbuf(output.File(), outputBuffer, _IOFBF, sizeof outputBuffer);
   int status = kOk;
+  long long replaced = 0;
   {
     FileCharSink out(output.File());
     for (const std::string& path : o.files) {
       Input in(path);
-      const int result = in.IsOpen() ? ConvertOne(in, *from, *to, o.transforms, out) : kIoError;
+      const int result =
+          in.IsOpen() ? ConvertOne(in, *from, *to, o, o.subst != nullptr ? substitute : std::u16string(), out, replaced)
+                      : kIoError;
       if (result == kConversionFailed || (result != kOk && status == kOk)) status = result;
       if (status == kConversionFailed) break;
     }
   }
   if (!output.Close(status == kOk) && status == kOk) status = kIoError;
+  replaced += behavior.replaced;
+  if (replaced > 0 && !o.quiet) {
+    std::fprintf(stderr, "varnice: %lld character%s %s\n", replaced, replaced == 1 ? "" : "s",
+                 o.onError == OnError::kSkip ? "skipped" : "replaced");
+  }
   return status;
 }
 

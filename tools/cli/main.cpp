@@ -1,4 +1,5 @@
 // varnice: the command-line face of the library.
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -14,12 +15,12 @@ int Usage(FILE* out) {
       "            convert text between encodings; -f auto detects the input's\n"
       "  detect [-v] FILE...\n"
       "            name each file's encoding (with -v, the detectors' scores)\n"
-      "  list      list every registered encoding: identifier, name, MIME name,\n"
-      "            code page and nicknames\n"
+      "  list      list the encodings convert takes: identifier, name, MIME name,\n"
+      "            code page and nicknames (also: varnice -l)\n"
       "  char X... look characters up: each X is U+XXXX, 0xXXXX or text, and\n"
       "            every character gets its code point, category, script,\n"
       "            width and upper- and lower-case forms\n"
-      "  version   print the library version\n",
+      "  version   print the library version (also: varnice --version)\n",
       out);
   return out == stdout ? cli::kOk : cli::kUsage;
 }
@@ -32,14 +33,35 @@ bool AsksForHelp(int argc, char** argv) {
   return false;
 }
 
+// Output that never reached its destination is a failure of every command.
+int Finished(int status) {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    std::fprintf(stderr, "varnice: cannot write standard output: %s\n", std::strerror(errno));
+    return status == cli::kOk ? cli::kIoError : status;
+  }
+  return status;
+}
+
+int Run(int argc, char** argv);
+
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) { return Finished(Run(argc, argv)); }
+
+namespace {
+
+int Run(int argc, char** argv) {
   if (argc < 2) return Usage(stderr);
   const char* command = argv[1];
   const int count = argc - 2;
   char** args = argv + 2;
   if (std::strcmp(command, "convert") == 0) return cli::RunConvert(count, args);
+  // iconv's habits: -l lists, --version says which version.
+  if (std::strcmp(command, "-l") == 0 || std::strcmp(command, "--list") == 0) return cli::RunList(count, args);
+  if (std::strcmp(command, "--version") == 0 || std::strcmp(command, "-V") == 0) {
+    std::printf("varnice %s\n", UnicodeLibrary::VersionString());
+    return cli::kOk;
+  }
   if (std::strcmp(command, "detect") == 0) return cli::RunDetect(count, args);
   if (std::strcmp(command, "help") == 0 || std::strcmp(command, "--help") == 0 || std::strcmp(command, "-h") == 0) {
     return Usage(stdout);
@@ -51,8 +73,8 @@ int main(int argc, char** argv) {
     const char* help;
   };
   static const Simple kSimple[] = {
-      {"list", cli::RunList, "usage: varnice list [--transforms]\n\nLists every registered encoding: identifier, name, MIME name,\n"
-                             "code page and nicknames. Any of the names selects it in 'varnice convert'.\n"
+      {"list", cli::RunList, "usage: varnice list [--transforms]\n\nLists the encodings convert takes: identifier, name, MIME name,\n"
+                             "code page, whether it can be written, and nicknames. Any of the names\nselects it in 'varnice convert'.\n"
                              "With --transforms, lists the transforms of 'varnice convert -x' instead.\n"},
       {"char", cli::RunChar, "usage: varnice char X...\n\nEach X is U+XXXX, 0xXXXX or UTF-8 text; every character gets\n"
                              "a line with its code point, category, script, width and case forms.\n"},
@@ -67,3 +89,5 @@ int main(int argc, char** argv) {
   std::fprintf(stderr, "varnice: unknown command '%s'\n", command);
   return Usage(stderr);
 }
+
+}  // namespace

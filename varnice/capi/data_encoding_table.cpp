@@ -59,7 +59,11 @@ int DataEncodingTable::Register(const char* name) {
   EncodingCatalogue::CreateAll();
   const ExternalEncoding* encoding = ExternalEncoding::Lookup(name);
   if (encoding == nullptr) return 0;
+  return Add(*encoding);
+}
 
+int DataEncodingTable::Add(const ExternalEncoding& found) {
+  const ExternalEncoding* encoding = &found;
   for (int number = 1; number < nextFree_ && number <= kMaxNumber; ++number) {
     if (encodings_[number] == encoding) return number;
   }

@@ -32,6 +32,9 @@ class DataEncodingTable {
   // The number of the encoding called `name`, registering it if need be; 0
   // for failure, two of which are reported on standard error.
   int Register(const char* name);
+  // The number of an encoding found by other means, registering it if need
+  // be; 0 when the table is full (reported on standard error).
+  int Add(const ExternalEncoding& encoding);
 
   // The registered encoding; ISO-8859-1 for 0; null for anything else.
   const ExternalEncoding* Encoding(int number) const {

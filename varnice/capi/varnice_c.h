@@ -4,6 +4,8 @@
 #ifndef VARNICE_CAPI_VARNICE_C_H_
 #define VARNICE_CAPI_VARNICE_C_H_
 
+#include <stddef.h>
+
 #include "varnice/varnice_export.h"
 
 #ifdef __cplusplus
@@ -12,6 +14,85 @@ extern "C" {
 
 /* The library's version text, "Version 2.1.0, 1999-05-10". */
 VARNICE_API const char* VarniceVersionString(void);
+
+/* ---- Checked conversion ------------------------------------------------------
+ *
+ * The functions to use for new code. Lengths are counted (size_t) and text may
+ * hold NUL bytes; nothing is terminated. Every call fills a status record
+ * (pass NULL if it is not wanted) and returns VARNICE_OK or a negative
+ * VARNICE_ERROR_* code; no C++ exception ever leaves them. Input is read
+ * strictly: each ill-formed sequence (the longest run of bytes that begins a
+ * character but cannot be completed), a character cut off at the end of the
+ * input, a character the target lacks and a lone UTF-16 surrogate is one
+ * problem, and a byte that could begin a character is never lost with a
+ * broken one. The error mode settles the problems of one call:
+ *   VARNICE_REPLACE  U+FFFD for bad input; the target's substitute (its SUB
+ *                    control, else "?") for characters it lacks, written as
+ *                    a whole character of the target
+ *   VARNICE_SKIP     both are left out
+ *   VARNICE_STOP     convert up to the first problem and return
+ *                    VARNICE_ERROR_PROBLEM; dst holds the text before it and
+ *                    `consumed` is where it begins, so a caller can resume
+ *   VARNICE_STRICT   as VARNICE_STOP, but the output is void (written is 0)
+ * Preflight: with dst NULL or too small, the result is
+ * VARNICE_ERROR_OUTPUT_TOO_SMALL, `needed` is the size the whole result takes
+ * and `written` is 0 (dst may hold part of it). Encoding numbers come from
+ * VarniceFindEncoding or VarniceRegisterEncoding; 0 and unregistered numbers
+ * are VARNICE_ERROR_UNKNOWN_ENCODING. Once the encodings are registered, the
+ * functions may run on any number of threads at once. */
+
+#define VARNICE_OK 0
+#define VARNICE_ERROR_BAD_ARGUMENT (-1)       /* a null pointer with a length, an unknown mode */
+#define VARNICE_ERROR_UNKNOWN_ENCODING (-2)   /* unknown name, 0 or unregistered number */
+#define VARNICE_ERROR_UNSUPPORTED (-3)        /* the encoding cannot be read, or written, this way */
+#define VARNICE_ERROR_OUTPUT_TOO_SMALL (-4)   /* see `needed` */
+#define VARNICE_ERROR_PROBLEM (-5)            /* VARNICE_STOP or VARNICE_STRICT met a problem */
+#define VARNICE_ERROR_TOO_MANY_ENCODINGS (-6) /* 255 encodings are registered already */
+#define VARNICE_ERROR_INTERNAL (-7)           /* out of memory, or a failure inside the library */
+
+#define VARNICE_REPLACE 0
+#define VARNICE_SKIP 1
+#define VARNICE_STOP 2
+#define VARNICE_STRICT 3
+
+#define VARNICE_PROBLEM_NONE 0
+#define VARNICE_PROBLEM_ILLEGAL_INPUT 1    /* an ill-formed byte sequence */
+#define VARNICE_PROBLEM_INCOMPLETE_INPUT 2 /* a character cut off by the end of the input */
+#define VARNICE_PROBLEM_UNMAPPABLE 3       /* a character the target encoding lacks */
+#define VARNICE_PROBLEM_LONE_SURROGATE 4   /* a UTF-16 surrogate without its other half */
+
+#define VARNICE_NO_OFFSET ((size_t)-1)
+
+typedef struct VarniceStatus {
+  size_t consumed;       /* input units read: bytes, or UTF-16 units for VarniceEncode */
+  size_t written;        /* output units stored in dst */
+  size_t needed;         /* output units the whole result takes */
+  size_t replacements;   /* characters replaced or skipped */
+  size_t problem_offset; /* input offset of the first problem; VARNICE_NO_OFFSET if none */
+  int problem;           /* its kind, VARNICE_PROBLEM_* */
+} VarniceStatus;
+
+/* The number of the encoding called `name` (the names of VarniceRegisterEncoding,
+ * plus "UTF-16", "UTF-16BE" and "UTF-16LE"), registering it if need be. Not
+ * synchronised with VarniceRegisterEncoding: register before converting on
+ * several threads. */
+VARNICE_API int VarniceFindEncoding(const char* name, int* number);
+
+/* srcLen bytes of encoding `number` to UTF-16 code units (dstCapacity of them). */
+VARNICE_API int VarniceDecode(int number, const char* src, size_t srcLen, unsigned short* dst,
+                              size_t dstCapacity, int mode, VarniceStatus* status);
+
+/* srcLen UTF-16 code units to bytes of encoding `number` (dstCapacity of them). */
+VARNICE_API int VarniceEncode(int number, const unsigned short* src, size_t srcLen, char* dst,
+                              size_t dstCapacity, int mode, VarniceStatus* status);
+
+/* srcLen bytes of encoding `fromNumber` to bytes of encoding `toNumber`.
+ * Problem offsets are byte offsets in src, also for characters the target lacks. */
+VARNICE_API int VarniceTranscode(int fromNumber, const char* src, size_t srcLen, int toNumber, char* dst,
+                                 size_t dstCapacity, int mode, VarniceStatus* status);
+
+/* A short English text for a VARNICE_OK or VARNICE_ERROR_* result. */
+VARNICE_API const char* VarniceResultText(int result);
 
 /* ---- Encoding registration and conversion -------------------------------
  *

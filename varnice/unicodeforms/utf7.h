@@ -110,6 +110,8 @@ class VARNICE_API UTF7EncodingVariant : public ExternalEncoding {
   ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
 
   const InternalEncoding& Internal() const { return internal_; }
+  bool WritesSetODirectly() const { return setODirect_; }
+  bool AlwaysClosesRuns() const { return alwaysClose_; }
 
  private:
   const InternalEncoding& internal_;
