@@ -10,8 +10,9 @@
 // chosen, and Latin-1 text read as CP1252 is right.
 //
 // The table is printed on every run (VARNICE_SHOW_MISSES=1 lists the misses);
-// the floors below are the figures of today's detectors, so a change that
-// makes any cell worse fails here.
+// the floors below are today's figures, so a change that makes any cell
+// worse fails here. The one miss: 16 bytes of EUC-JP halfwidth katakana,
+// whose 0x8E prefixes pair up as Shift_JIS kanji of a single row.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -201,14 +202,14 @@ TEST(DetectionAccuracy, GeneralCorpusMeetsItsFloors) {
   ExpectFloors("auto", table,
                {
                    {"UTF-8", {138, 138, 138, 138, 138}},
-                   {"UTF-7", {34, 13, 1, 0, 0}},
+                   {"UTF-7", {138, 138, 138, 138, 138}},
                    {"UTF-16 (BOM)", {138, 138, 138, 138, 138}},
-                   {"Shift_JIS", {63, 63, 60, 48, 3}},
-                   {"CP932", {67, 67, 64, 50, 5}},
-                   {"EUC-JP", {63, 63, 60, 48, 3}},
+                   {"Shift_JIS", {65, 65, 65, 65, 65}},
+                   {"CP932", {69, 69, 69, 69, 69}},
+                   {"EUC-JP", {64, 65, 65, 65, 65}},
                    {"ISO-2022-JP", {63, 63, 63, 63, 63}},
-                   {"ISO-8859-1", {32, 33, 41, 41, 41}},
-                   {"windows-1252", {42, 47, 55, 55, 55}},
+                   {"ISO-8859-1", {41, 41, 41, 41, 41}},
+                   {"windows-1252", {55, 55, 55, 55, 55}},
                    {"ASCII", {14, 14, 14, 14, 14}},
                });
 }
@@ -219,7 +220,7 @@ TEST(DetectionAccuracy, JapaneseCorpusMeetsItsFloors) {
   ExpectFloors("auto-ja", table,
                {
                    {"UTF-8", {138, 138, 138, 138, 138}},
-                   {"UTF-7", {34, 13, 1, 0, 0}},
+                   {"UTF-7", {138, 138, 138, 138, 138}},
                    {"UTF-16 (BOM)", {138, 138, 138, 138, 138}},
                    {"Shift_JIS", {65, 65, 65, 65, 65}},
                    {"CP932", {69, 69, 69, 69, 69}},

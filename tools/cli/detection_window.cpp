@@ -6,7 +6,8 @@ namespace cli {
 
 DetectionWindow::DetectionWindow(const AutoDetectEncoding& detecting)
     : chooser_(std::make_unique<EncodingChooser>(behaviourOwner_, detecting.SubEncodings(),
-                                                 detecting.CountSubEncodings(), arena_)) {}
+                                                 detecting.CountSubEncodings(), arena_,
+                                                 detecting.DetectorFactory())) {}
 
 const ExternalEncoding* DetectionWindow::Choose(Input& in) {
   const char* b;
