@@ -3,6 +3,7 @@
 // of the catalogue's detecting encodings that rest on it.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "varnice/varnice.h"
@@ -90,6 +91,27 @@ TEST_F(Plausibility, ScoreIsTheSameWhateverTheChunks) {
       if (reader == source) EXPECT_EQ(whole.Count(Kind::kError), 0) << source->Name();
     }
   }
+}
+
+// A reader that finds many unreadable bytes stops decoding but goes on
+// paying at its rate, so it never overtakes the right reading on long text.
+TEST_F(Plausibility, HopelessReadersGiveUpButKeepPaying) {
+  std::u16string text;
+  while (text.size() < 40000) text += u"吾輩は猫である。名前はまだ無い。\n";
+  const std::string bytes = In(*ExternalEncoding::ShiftJIS(), text);
+  TextPlausibilityDetector right(*ExternalEncoding::ShiftJIS(), heap);
+  TextPlausibilityDetector wrong(*ExternalEncoding::Unicode20UTF8(), heap);
+  long long wrongCostAtHalf = 0;
+  for (std::size_t at = 0; at < bytes.size(); at += 1024) {
+    const char* end = bytes.data() + std::min(bytes.size(), at + 1024);
+    right.Scan(bytes.data(), bytes.data() + at, end);
+    wrong.Scan(bytes.data(), bytes.data() + at, end);
+    if (at == bytes.size() / 2 / 1024 * 1024) wrongCostAtHalf = wrong.Cost();
+  }
+  EXPECT_EQ(right.GaveUpAfter(), 0);
+  EXPECT_EQ(wrong.GaveUpAfter(), TextPlausibilityDetector::kGiveUpAfter);
+  EXPECT_GT(wrong.Cost(), wrongCostAtHalf * 19 / 10);  // still growing with the input
+  EXPECT_LT(wrong.Score(), right.Score());
 }
 
 TEST_F(Plausibility, ShortEuropeanTextIsNotTakenForJapanese) {

@@ -57,6 +57,10 @@ std::string Reading(const ExternalEncodingDetector& d) {
       words += " (" + std::to_string(TextPlausibilityDetector::KindCost(kind)) + " each)";
     }
   }
+  if (p->BytesSkipped() > 0) {
+    words += "; stopped reading after " + std::to_string(p->GaveUpAfter()) + " bytes (one in sixteen unreadable), " +
+             std::to_string(p->BytesSkipped()) + " more charged at the same rate";
+  }
   return words.empty() ? "nothing read" : words;
 }
 

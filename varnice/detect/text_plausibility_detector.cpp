@@ -140,12 +140,31 @@ const Entry* KindTable() {
   return table;
 }
 
-bool Mixes(int a, int b) {
+constexpr bool Mixes(int a, int b) {
   a &= 3;
   b &= 3;
   return (a == kJapanese && (b == kAsciiLetter || b == kLatinLetter)) ||
          (b == kJapanese && (a == kAsciiLetter || a == kLatinLetter));
 }
+
+// What a unit adds in context, by the groups of the two units before it and
+// its own: bit 0 a Japanese/Latin boundary, bit 1 a Latin pair, bit 2 a lone
+// Japanese character just ended.
+struct Neighbours {
+  unsigned char flags[512];
+  constexpr Neighbours() : flags() {
+    for (int before = 0; before < 8; ++before) {
+      for (int previous = 0; previous < 8; ++previous) {
+        for (int current = 0; current < 8; ++current) {
+          const bool lone = (previous & 3) == kJapanese && (before & 3) != kJapanese && (current & 3) != kJapanese;
+          flags[before << 6 | previous << 3 | current] = static_cast<unsigned char>(
+              Mixes(previous, current) | ((previous & current & kLatinFlag) != 0) << 1 | lone << 2);
+        }
+      }
+    }
+  }
+};
+constexpr Neighbours kNeighbours;
 
 bool IsBase64(unsigned char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
@@ -159,22 +178,21 @@ UnicodeLibBehavior gScoringBehavior;
 
 void TextPlausibilityDetector::Scorer::Add(const unsigned short* begin, const unsigned short* end) {
   const Entry* table = KindTable();
-  unsigned char previous = previous_;
-  unsigned char beforePrevious = beforePrevious_;
+  unsigned context = (beforePrevious_ << 3 | previous_) & 63;  // the last two groups
   long mixed = 0;
   long latinPairs = 0;
   long lone = 0;
   for (const unsigned short* p = begin; p != end; ++p) {
     const Entry e = table[*p];
     ++counts[e.kind];
-    mixed += Mixes(previous, e.group);
-    latinPairs += (previous & e.group & kLatinFlag) != 0;
-    lone += (previous & 3) == kJapanese && (beforePrevious & 3) != kJapanese && (e.group & 3) != kJapanese;
-    beforePrevious = previous;
-    previous = e.group;
+    const unsigned flags = kNeighbours.flags[context << 3 | e.group];
+    mixed += flags & 1;
+    latinPairs += (flags >> 1) & 1;
+    lone += flags >> 2;
+    context = (context << 3 | e.group) & 63;
   }
-  previous_ = previous;
-  beforePrevious_ = beforePrevious;
+  previous_ = static_cast<unsigned char>(context & 7);
+  beforePrevious_ = static_cast<unsigned char>(context >> 3);
   counts[kMixedScript] += mixed;
   counts[kLatinPair] += latinPairs;
   counts[kLoneJapanese] += lone;
@@ -227,6 +245,12 @@ long long TextPlausibilityDetector::Cost() const { return reader_->scorer.cost; 
 
 void TextPlausibilityDetector::Scan(const char*, const char* begin, const char* end) {
   if (begin == end) return;
+  if (gaveUpAfter_ > 0) {
+    bytesSkipped_ += end - begin;
+    Update();
+    return;
+  }
+  bytesRead_ += end - begin;
   if (decoder_ == nullptr) {
     reader_->scorer.counts[kError] += end - begin;
   } else {
@@ -236,9 +260,14 @@ void TextPlausibilityDetector::Scan(const char*, const char* begin, const char* 
     ScanAsciiPatterns(reinterpret_cast<const unsigned char*>(begin), reinterpret_cast<const unsigned char*>(end));
   }
   Update();
+  if (bytesRead_ >= kGiveUpAfter && reader_->scorer.counts[kError] * 16 >= bytesRead_) {
+    gaveUpAfter_ = bytesRead_;
+    costWhenGivingUp_ = reader_->scorer.cost;
+  }
 }
 
 void TextPlausibilityDetector::Finish(const char*, const char*) {
+  if (gaveUpAfter_ > 0) return;
   if (decoder_ != nullptr) {
     // A line end completes no character: a reader left inside one reports
     // it as unreadable rather than dropping it silently.
@@ -307,6 +336,7 @@ void TextPlausibilityDetector::Update() {
   Scorer& s = reader_->scorer;
   long long total = 0;
   for (int k = 0; k < kKindCount; ++k) total += static_cast<long long>(s.counts[k]) * kCosts[k];
+  if (gaveUpAfter_ > 0) total += costWhenGivingUp_ * bytesSkipped_ / gaveUpAfter_;
   s.cost = total;
   score_ = total >= INT_MAX ? INT_MIN + 1 : static_cast<int>(-total);
 }

@@ -21,7 +21,10 @@
 //   auto->SetDetectorFactory(TextPlausibilityDetector::Create);
 //
 // Scanning is linear: one pass of the candidate's decoder and one table
-// lookup per character.
+// lookup per character. A candidate that has found one byte in sixteen
+// unreadable after its first kGiveUpAfter bytes cannot win against any
+// reading of real text; it stops decoding and charges each later byte at
+// the cost per byte it had reached, which keeps ties on long text cheap.
 #ifndef VARNICE_DETECT_TEXT_PLAUSIBILITY_DETECTOR_H_
 #define VARNICE_DETECT_TEXT_PLAUSIBILITY_DETECTOR_H_
 
@@ -76,6 +79,11 @@ class VARNICE_API TextPlausibilityDetector : public ExternalEncodingDetector {
   // times cost (never as low as the lowest int).
   long Count(Kind kind) const;
   long long Cost() const;
+  static constexpr long kGiveUpAfter = 4096;
+  // Bytes read before giving up as above, or 0 while still reading.
+  long long GaveUpAfter() const { return gaveUpAfter_; }
+  // Bytes charged since then without being read.
+  long long BytesSkipped() const { return bytesSkipped_; }
 
   // Scores decoded text; the reading stage of the detector, public so that
   // it can be tested and benchmarked on its own.
@@ -107,6 +115,10 @@ class VARNICE_API TextPlausibilityDetector : public ExternalEncodingDetector {
   int escape_ = 0;
   unsigned char escapeBytes_[2] = {};
   bool shifted_ = false;
+  long long bytesRead_ = 0;
+  long long gaveUpAfter_ = 0;
+  long long costWhenGivingUp_ = 0;
+  long long bytesSkipped_ = 0;
 };
 
 #endif  // VARNICE_DETECT_TEXT_PLAUSIBILITY_DETECTOR_H_
