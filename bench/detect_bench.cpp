@@ -4,6 +4,7 @@
 // beside them on the same bytes. Bytes processed are the input bytes.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <string>
 
 #include "varnice/varnice.h"

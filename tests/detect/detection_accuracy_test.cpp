@@ -11,8 +11,7 @@
 //
 // The table is printed on every run (VARNICE_SHOW_MISSES=1 lists the misses);
 // the floors below are today's figures, so a change that makes any cell
-// worse fails here. The one miss: 16 bytes of EUC-JP halfwidth katakana,
-// whose 0x8E prefixes pair up as Shift_JIS kanji of a single row.
+// worse fails here.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -206,7 +205,7 @@ TEST(DetectionAccuracy, GeneralCorpusMeetsItsFloors) {
                    {"UTF-16 (BOM)", {138, 138, 138, 138, 138}},
                    {"Shift_JIS", {65, 65, 65, 65, 65}},
                    {"CP932", {69, 69, 69, 69, 69}},
-                   {"EUC-JP", {64, 65, 65, 65, 65}},
+                   {"EUC-JP", {65, 65, 65, 65, 65}},
                    {"ISO-2022-JP", {63, 63, 63, 63, 63}},
                    {"ISO-8859-1", {41, 41, 41, 41, 41}},
                    {"windows-1252", {55, 55, 55, 55, 55}},
@@ -224,7 +223,7 @@ TEST(DetectionAccuracy, JapaneseCorpusMeetsItsFloors) {
                    {"UTF-16 (BOM)", {138, 138, 138, 138, 138}},
                    {"Shift_JIS", {65, 65, 65, 65, 65}},
                    {"CP932", {69, 69, 69, 69, 69}},
-                   {"EUC-JP", {64, 65, 65, 65, 65}},
+                   {"EUC-JP", {65, 65, 65, 65, 65}},
                    {"ISO-2022-JP", {63, 63, 63, 63, 63}},
                });
 }

@@ -23,7 +23,7 @@ constexpr int kCosts[TextPlausibilityDetector::kKindCount] = {
     5,    // accented Latin
     5,    // Latin-1 signs
     6,    // typographic punctuation
-    6,    // halfwidth katakana
+    4,    // halfwidth katakana
     9,    // symbols
     11,   // rare kanji
     14,   // kanji outside JIS
@@ -31,6 +31,7 @@ constexpr int kCosts[TextPlausibilityDetector::kKindCount] = {
     8,    // Japanese next to a Latin letter
     4,    // accented letters or signs in a row
     4,    // lone Japanese characters
+    3,    // halfwidth katakana starting a run
     3,    // encoded-looking ASCII, per byte
     30,   // controls
     30,   // private use
@@ -53,6 +54,7 @@ constexpr const char* kNames[TextPlausibilityDetector::kKindCount] = {
     "Japanese/Latin boundaries",
     "accented letters or signs in a row",
     "lone Japanese characters",
+    "halfwidth katakana runs",
     "encoded-looking ASCII bytes",
     "control characters",
     "private-use characters",
@@ -182,9 +184,14 @@ void TextPlausibilityDetector::Scorer::Add(const unsigned short* begin, const un
   long mixed = 0;
   long latinPairs = 0;
   long lone = 0;
+  long halfwidthRuns = 0;
+  bool halfwidth = previousHalfwidth_;
   for (const unsigned short* p = begin; p != end; ++p) {
     const Entry e = table[*p];
     ++counts[e.kind];
+    const bool isHalfwidth = e.kind == kHalfwidthKana;
+    halfwidthRuns += isHalfwidth && !halfwidth;
+    halfwidth = isHalfwidth;
     const unsigned flags = kNeighbours.flags[context << 3 | e.group];
     mixed += flags & 1;
     latinPairs += (flags >> 1) & 1;
@@ -196,6 +203,8 @@ void TextPlausibilityDetector::Scorer::Add(const unsigned short* begin, const un
   counts[kMixedScript] += mixed;
   counts[kLatinPair] += latinPairs;
   counts[kLoneJapanese] += lone;
+  counts[kHalfwidthRun] += halfwidthRuns;
+  previousHalfwidth_ = halfwidth;
   long long total = 0;
   for (int k = 0; k < kKindCount; ++k) total += static_cast<long long>(counts[k]) * kCosts[k];
   cost = total;

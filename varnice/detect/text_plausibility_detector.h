@@ -53,6 +53,7 @@ class VARNICE_API TextPlausibilityDetector : public ExternalEncodingDetector {
     kMixedScript,    // Japanese next to a Latin letter (counted per boundary)
     kLatinPair,      // two accented letters or Latin-1 signs in a row
     kLoneJapanese,   // one Japanese character alone among non-Japanese ones
+    kHalfwidthRun,   // halfwidth katakana starting a run (they come in words)
     kEncodedLooking, // ASCII that another encoding would decode (per byte)
     kControl,        // C0 (other than white space) and C1 controls
     kPrivateUse,
@@ -96,6 +97,7 @@ class VARNICE_API TextPlausibilityDetector : public ExternalEncodingDetector {
    private:
     unsigned char previous_ = 0;  // the last unit's group and Latin flag
     unsigned char beforePrevious_ = 0;
+    bool previousHalfwidth_ = false;
   };
 
  private:
