@@ -115,6 +115,40 @@ TEST_F(Plausibility, HopelessReadersGiveUpButKeepPaying) {
   EXPECT_LT(wrong.Score(), right.Score());
 }
 
+// On long input the plausibility detectors decide no later than the
+// candidates' own detectors do, read a kilobyte at a time as from a file.
+TEST_F(Plausibility, DecidesNoLaterThanTheErrorCountingDetectors) {
+  std::u16string ja, eu;
+  while (ja.size() < 20000) ja += u"ASCIIの行もある。\n吾輩は猫である。名前はまだ無い。ｶﾀｶﾅ\n";
+  while (eu.size() < 20000) eu += u"Plain ASCII line.\nDéjà vu, she said, and ordered the same soufflé.\n";
+  struct Case {
+    const ExternalEncoding* encoding;
+    const std::u16string& text;
+  } cases[] = {
+      {ExternalEncoding::Unicode20UTF8(), ja},     {ExternalEncoding::EUCPkdFmtJapanese(), ja},
+      {ExternalEncoding::ShiftJIS(), ja},          {ExternalEncoding::CP1252(), eu},
+      {ExternalEncoding::Unicode20UTF8(), eu},     {ExternalEncoding::Unicode20ByteStream(), ja},
+  };
+  for (const Case& c : cases) {
+    const std::string bytes = In(*c.encoding, c.text);
+    long decidedAt[2];
+    for (int plausibility = 0; plausibility < 2; ++plausibility) {
+      BufferCharSource actor("", nullptr);
+      EncodingChooser chooser(actor, automatic.SubEncodings(), automatic.CountSubEncodings(), heap,
+                              plausibility ? automatic.DetectorFactory() : nullptr);
+      decidedAt[plausibility] = static_cast<long>(bytes.size()) + 1;  // never
+      for (std::size_t at = 0; at < bytes.size(); at += 1024) {
+        const std::size_t n = std::min<std::size_t>(1024, bytes.size() - at);
+        if (chooser.Scan(bytes.data() + at, bytes.data() + at + n) != nullptr) {
+          decidedAt[plausibility] = static_cast<long>(at + n);
+          break;
+        }
+      }
+    }
+    EXPECT_LE(decidedAt[1], decidedAt[0]) << c.encoding->Name();
+  }
+}
+
 TEST_F(Plausibility, ShortEuropeanTextIsNotTakenForJapanese) {
   // Accented letters followed by ASCII letters are valid Shift_JIS pairs.
   for (const std::u16string& text : {std::u16string(u"élèves"), std::u16string(u"Größe"), std::u16string(u"ça va?"),
