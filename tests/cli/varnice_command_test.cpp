@@ -150,6 +150,10 @@ TEST_F(Command, DetectFindsTheFirstTellingByteAfterMegabytesOfAscii) {
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "EUC-JP") << r.out;
   EXPECT_NE(r.out.find("bytes of ASCII skipped"), std::string::npos) << r.out;
+  // Converting reads the file again from the start in the encoding found.
+  r = Varnice("convert -f auto -t utf8 late.txt");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, text + "\xE3\x81\x82\n");
 }
 
 TEST_F(Command, DetectSaysWhenNothingReadsTheInput) {
