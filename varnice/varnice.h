@@ -18,6 +18,7 @@
 #include "varnice/detect/auto_detect_source.h"
 #include "varnice/detect/dual_char_source.h"
 #include "varnice/detect/encoding_chooser.h"
+#include "varnice/detect/text_plausibility_detector.h"
 #include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/block_external_encoding.h"
 #include "varnice/encoding/conversion_problem.h"

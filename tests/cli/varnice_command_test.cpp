@@ -128,9 +128,46 @@ TEST_F(Command, DetectNamesEachFile) {
   WriteFile(Path("jis.txt"), "\x1B$B$\"\x1B(B");  // あ
   r = Varnice("detect -v -", "cat jis.txt | ");
   EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "ISO-2022-JP");
-  EXPECT_NE(r.out.find("decided after 8 bytes"), std::string::npos) << r.out;
-  EXPECT_NE(r.out.find("ISO-2022-JP          score           1  tie-breaker           0"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("  8 bytes examined\n  decided: ISO-2022-JP alone read the most plausible text"),
+            std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("ISO-2022-JP          score          -2  1 kana (2 each)"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("UTF8                 score         -66  6 ASCII, 2 encoded-looking ASCII bytes (3 each), "
+                       "2 control characters (30 each)"),
+            std::string::npos) << r.out;
   EXPECT_EQ(Varnice("detect -f auto-ja " + kSamples + "japanese.sjis.txt").out, "Shift_JIS\n");
+
+  // ASCII to the end: a tie, settled by candidate order.
+  WriteFile(Path("ascii.txt"), "plain text\n");
+  r = Varnice("detect -v ascii.txt");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_NE(r.out.find("end of input: UTF8, UTF7, ISO-2022-JP, EUC-J, Shift-JIS, CP932, CP1252 read it equally "
+                       "well; UTF8 comes first among them"),
+            std::string::npos) << r.out;
+}
+
+TEST_F(Command, DetectFindsTheFirstTellingByteAfterMegabytesOfAscii) {
+  std::string text;
+  while (text.size() < 2'500'000) text += "The same line of ASCII, over and over again.\n";
+  WriteFile(Path("late.txt"), text + "\xA4\xA2\n");  // あ in EUC-JP
+  Outcome r = Varnice("detect -v late.txt");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_EQ(r.out.substr(0, r.out.find('\n')), "EUC-JP") << r.out;
+  EXPECT_NE(r.out.find("bytes of ASCII skipped"), std::string::npos) << r.out;
+  // Converting reads the file again from the start in the encoding found.
+  r = Varnice("convert -f auto -t utf8 late.txt");
+  EXPECT_EQ(r.status, 0) << r.err;
+  EXPECT_EQ(r.out, text + "\xE3\x81\x82\n");
+}
+
+TEST_F(Command, DetectSaysWhenNothingReadsTheInput) {
+  WriteFile(Path("zeros.bin"), std::string("\x7F" "ELF\x02\x01\x01\0\0\0\0\0\0\0\0\0", 16));
+  Outcome r = Varnice("detect zeros.bin");
+  EXPECT_EQ(r.status, 4);
+  EXPECT_EQ(r.out, "binary\n");
+  WriteFile(Path("noise.bin"), "\x01\x02\x03\x04\x05\x81\x82\x83\x8D\x8F\x90\xFF\xFE\xFD\xFC\xFB");
+  r = Varnice("detect noise.bin zeros.bin");
+  EXPECT_EQ(r.status, 4);
+  EXPECT_EQ(r.out, "noise.bin: unknown\nzeros.bin: binary\n");
 }
 
 TEST_F(Command, ClearMessagesAndExitCodesForMistakes) {

@@ -28,7 +28,7 @@ const char kHelp[] =
     "encoding TO and writes the result to OUT, else to standard output.\n"
     "\n"
     "  -f, --from=NAME     the input encoding; \"auto\" (or \"auto-ja\" for text known to\n"
-    "                      be Japanese) detects it from each file's first megabyte\n"
+    "                      be Japanese) detects it from the first bytes that tell\n"
     "  -t, --to=NAME       the output encoding (names as in 'varnice list')\n"
     "  -x, --transform=T,...  run the text through these transforms, in order, between\n"
     "                      reading and writing ('varnice list --transforms'); T:CLASS\n"
@@ -437,8 +437,17 @@ int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& 
   std::unique_ptr<DetectionWindow> window;
   if (const auto* detecting = dynamic_cast<const AutoDetectEncoding*>(&from)) {
     window = std::make_unique<DetectionWindow>(*detecting);
-    source = window->Choose(in);
+    // A regular file can be read again, so ASCII that decides nothing may be
+    // skipped until a byte does, and the whole file then read from the start.
+    const bool canReread = in.Size() >= 0;
+    source = window->Choose(in, canReread ? DetectionWindow::PassOn([](const char*, const char*,
+                                                                         const ExternalEncoding&) {})
+                                          : nullptr);
     if (source == nullptr) return kUsage;
+    if (window->PassedOn() > 0) {
+      if (!in.Rewind()) return kIoError;
+      window.reset();
+    }
   }
   if (!o.transforms.empty()) {
     return ConvertThroughTransforms(in, window.get(), *source, to, o.transforms, o.lenient, out);

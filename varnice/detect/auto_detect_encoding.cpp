@@ -4,6 +4,7 @@
 
 #include "varnice/detect/auto_detect_sink.h"
 #include "varnice/detect/auto_detect_source.h"
+#include "varnice/detect/text_plausibility_detector.h"
 
 AutoDetectEncoding::AutoDetectEncoding(TextEncodingID id, const char** names, const char* mimeName,
                                        unsigned int codePage)
@@ -24,7 +25,7 @@ bool AutoDetectEncoding::IsValidForOutput() const { return false; }
 
 ExternalEncoding::ToUnicodeSource* AutoDetectEncoding::CreateCharSourceToUnicode(CharSource& in,
                                                                                 UnicodeLibAllocator& a) const {
-  return new (a) AutoDetectSource(in, SubEncodings(), CountSubEncodings(), a);
+  return new (a) AutoDetectSource(in, SubEncodings(), CountSubEncodings(), a, makeDetector_);
 }
 
 CharSource* AutoDetectEncoding::CreateCharSourceFromUnicode(Char16Source&, UnicodeLibAllocator&) const {
@@ -34,7 +35,7 @@ CharSource* AutoDetectEncoding::CreateCharSourceFromUnicode(Char16Source&, Unico
 Char16Sink* AutoDetectEncoding::CreateCharSinkFromUnicode(CharSink&, UnicodeLibAllocator&) const { return nullptr; }
 
 CharSink* AutoDetectEncoding::CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const {
-  return new (a) AutoDetectSink(out, SubEncodings(), CountSubEncodings(), a);
+  return new (a) AutoDetectSink(out, SubEncodings(), CountSubEncodings(), a, makeDetector_);
 }
 
 void AutoDetectEncoding::RegisterSubEncoding(const ExternalEncoding& encoding) {
@@ -49,11 +50,13 @@ const char* kJapaneseNames[] = {"AutoDetectJapanese", "auto-ja", nullptr};
 AutoDetectEncoding* Make(TextEncodingID id, const char** names, bool western) {
   auto* made = new AutoDetectEncoding(id, names, nullptr, 0);  // kept until unload, like every encoding
   for (const ExternalEncoding* e :
-       {ExternalEncoding::Unicode20ByteStream(), ExternalEncoding::Unicode20UTF8(), ExternalEncoding::ISO2022JP(),
-        ExternalEncoding::EUCPkdFmtJapanese(), ExternalEncoding::ShiftJIS(), ExternalEncoding::CP932()}) {
+       {ExternalEncoding::Unicode20ByteStream(), ExternalEncoding::Unicode20UTF8(), ExternalEncoding::Unicode20UTF7(),
+        ExternalEncoding::ISO2022JP(), ExternalEncoding::EUCPkdFmtJapanese(), ExternalEncoding::ShiftJIS(),
+        ExternalEncoding::CP932()}) {
     made->RegisterSubEncoding(*e);
   }
   if (western) made->RegisterSubEncoding(*ExternalEncoding::CP1252());
+  made->SetDetectorFactory(TextPlausibilityDetector::Create);
   return made;
 }
 

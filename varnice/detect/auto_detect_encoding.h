@@ -3,28 +3,24 @@
 // written in it: IsValidForOutput() is false and the from-Unicode factories
 // return null.
 //
-// The library registers two, made by the catalogue:
+// The library registers two, made by the catalogue. Both score their
+// candidates with TextPlausibilityDetector (SetDetectorFactory) instead of the
+// candidates' own detectors, which count only errors and so cannot tell a
+// short Latin-1 word from a Shift_JIS kanji, nor UTF-7 from ASCII.
 //
 //   "AutoDetect" (nickname "auto", number 4) tries, in this order:
-//     UCS-2      only text that starts with a byte-order mark scores at all,
-//                and then it beats everything else at once;
-//     UTF-8      before the legacy pages so that ASCII, which every candidate
-//                reads, is called UTF-8, and because UTF-8 with non-ASCII
-//                text rarely survives as anything else;
-//     ISO-2022-JP  the only candidate that gains points (for its escapes);
-//                any byte above 0x7F costs it, so it wins only 7-bit text
-//                that really shifts into JIS;
-//     EUC-JP     before Shift_JIS: EUC kana read as Shift_JIS fall into the
-//                halfwidth katakana range, which costs Shift_JIS its
-//                tie-breaker, while Shift_JIS text is rarely valid EUC-JP;
-//     Shift_JIS  then CP932, its Windows superset: plain Shift_JIS text is
-//                named as such, text with NEC or IBM extensions (circled
-//                digits, Roman numerals) fails Shift_JIS and goes to CP932;
-//     CP1252     last, as the Western single-byte page: it reads every
-//                byte, so it takes whatever the others reject.
-//   Known weakness: Shift_JIS or EUC-JP text with halfwidth katakana and
-//   nothing that CP1252 rejects ties with CP1252 on score and loses on the
-//   tie-breaker. Use "auto-ja" for text known to be Japanese.
+//     UCS-2      keeps its own detector: only text that starts with a
+//                byte-order mark scores at all, and then it beats the rest;
+//     UTF-8      first of the ASCII readers, so that ASCII, which all of them
+//                read alike, is called UTF-8;
+//     UTF-7      wins when its "+" runs decode to plausible text;
+//     ISO-2022-JP  wins when its JIS shifts read as Japanese;
+//     EUC-JP, Shift_JIS, CP932
+//                Shift_JIS before CP932, so that text both read alike keeps
+//                the name Shift_JIS; text with backslashes or tildes (which
+//                Shift_JIS reads as yen and overline) or with NEC and IBM
+//                extensions reads better as CP932 and goes there;
+//     CP1252     the Western single-byte page, last.
 //
 //   "AutoDetectJapanese" (nickname "auto-ja", number 5): the same without
 //   the Western page, for text known to be Japanese.
@@ -33,6 +29,7 @@
 
 #include <vector>
 
+#include "varnice/detect/encoding_chooser.h"
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/varnice_export.h"
 
@@ -58,12 +55,18 @@ class VARNICE_API AutoDetectEncoding : public ExternalEncoding {
   int CountSubEncodings() const { return static_cast<int>(subEncodings_.size()); }
   const ExternalEncoding* const* SubEncodings() const { return subEncodings_.data(); }
 
+  // Scores the candidates with detectors made by `makeDetector` rather than
+  // their own (null, the default, means their own).
+  void SetDetectorFactory(EncodingChooser::DetectorFactory makeDetector) { makeDetector_ = makeDetector; }
+  EncodingChooser::DetectorFactory DetectorFactory() const { return makeDetector_; }
+
   // The catalogue's two, made on first call (see above).
   static AutoDetectEncoding* General();
   static AutoDetectEncoding* Japanese();
 
  private:
   std::vector<const ExternalEncoding*> subEncodings_;
+  EncodingChooser::DetectorFactory makeDetector_ = nullptr;
 };
 
 #endif  // VARNICE_DETECT_AUTO_DETECT_ENCODING_H_

@@ -6,10 +6,10 @@
 #include "varnice/stream/char16_sink.h"
 
 AutoDetectSink::AutoDetectSink(Char16Sink& target, const ExternalEncoding* const* candidates, int count,
-                               UnicodeLibAllocator& allocator)
+                               UnicodeLibAllocator& allocator, EncodingChooser::DetectorFactory makeDetector)
     : UnicodeLibActor(static_cast<const UnicodeLibActor&>(target)),
       CharSink(static_cast<const UnicodeLibActor&>(target)),
-      chooser_(target, candidates, count, allocator),
+      chooser_(target, candidates, count, allocator, makeDetector),
       target_(&target),
       allocator_(allocator) {}
 

@@ -18,7 +18,8 @@ class VARNICE_API AutoDetectSink : public CharSink {
   // The behaviour is the target's. The target is not owned; the converting
   // stage is made in `allocator`.
   AutoDetectSink(Char16Sink& target, const ExternalEncoding* const* candidates, int count,
-                 UnicodeLibAllocator& allocator);
+                 UnicodeLibAllocator& allocator,
+                 EncodingChooser::DetectorFactory makeDetector = nullptr);
   AutoDetectSink(const AutoDetectSink&) = delete;
   AutoDetectSink& operator=(const AutoDetectSink&) = delete;
 

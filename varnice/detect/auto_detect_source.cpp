@@ -4,9 +4,9 @@
 #include "varnice/stream/buffer_char_source.h"
 
 AutoDetectSource::AutoDetectSource(CharSource& bytes, const ExternalEncoding* const* candidates, int count,
-                                   UnicodeLibAllocator& allocator)
+                                   UnicodeLibAllocator& allocator, EncodingChooser::DetectorFactory makeDetector)
     : UnicodeLibActor(static_cast<const UnicodeLibActor&>(bytes)),
-      chooser_(bytes, candidates, count, allocator),
+      chooser_(bytes, candidates, count, allocator, makeDetector),
       bytes_(&bytes),
       allocator_(allocator) {}
 

@@ -22,7 +22,8 @@ class VARNICE_API AutoDetectSource : public Char16ProxySource, public ExternalEn
   // The behaviour is the byte source's. The byte source is not owned; the
   // stages made once the choice is made live in `allocator`, or on the heap.
   AutoDetectSource(CharSource& bytes, const ExternalEncoding* const* candidates, int count,
-                   UnicodeLibAllocator& allocator);
+                   UnicodeLibAllocator& allocator,
+                 EncodingChooser::DetectorFactory makeDetector = nullptr);
   ~AutoDetectSource() override;
   AutoDetectSource(const AutoDetectSource&) = delete;
   AutoDetectSource& operator=(const AutoDetectSource&) = delete;

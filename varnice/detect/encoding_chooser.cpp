@@ -16,6 +16,17 @@ EncodingChooser::EncodingChooser(const UnicodeLibActor& actor, const ExternalEnc
   for (int i = 0; i < count_; ++i) detectors_[i] = candidates[i]->CreateEncodingDetector(allocator);
 }
 
+EncodingChooser::EncodingChooser(const UnicodeLibActor& actor, const ExternalEncoding* const* candidates,
+                                 int count, UnicodeLibAllocator& allocator, DetectorFactory makeDetector)
+    : UnicodeLibActor(actor),
+      count_(count < 0 ? 0 : count > kMaxCandidates ? kMaxCandidates : count),
+      guess_(count_ > 0 ? candidates[0] : nullptr) {
+  for (int i = 0; i < count_; ++i) {
+    detectors_[i] = makeDetector != nullptr ? makeDetector(*candidates[i], allocator)
+                                            : candidates[i]->CreateEncodingDetector(allocator);
+  }
+}
+
 EncodingChooser::~EncodingChooser() {
   for (int i = 0; i < count_; ++i) delete detectors_[i];
   delete[] bytes_;

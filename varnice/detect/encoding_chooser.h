@@ -32,6 +32,13 @@ class VARNICE_API EncodingChooser : public virtual UnicodeLibActor {
   // candidate is the guess until a detector does better.
   EncodingChooser(const UnicodeLibActor& actor, const ExternalEncoding* const* candidates, int count,
                   UnicodeLibAllocator& allocator);
+  // The same, with each candidate's detector made by `makeDetector` instead
+  // of the candidate's own CreateEncodingDetector (a null factory means the
+  // candidates' own). Lets a detecting encoding score its candidates with
+  // detectors of its choosing.
+  using DetectorFactory = ExternalEncodingDetector* (*)(const ExternalEncoding&, UnicodeLibAllocator&);
+  EncodingChooser(const UnicodeLibActor& actor, const ExternalEncoding* const* candidates, int count,
+                  UnicodeLibAllocator& allocator, DetectorFactory makeDetector);
   ~EncodingChooser() override;
   EncodingChooser(const EncodingChooser&) = delete;
   EncodingChooser& operator=(const EncodingChooser&) = delete;
