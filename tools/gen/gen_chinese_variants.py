@@ -7,7 +7,7 @@ the characters convert it to the same text (four phrases in five). On text
 made of every phrase run together this changes 0.2 % of the characters; on
 ordinary text, none that we have found. A one-unit to one-unit character mapping goes
 into a page table; every other key (phrases, characters outside the BMP) into
-a sorted list of UTF-16 keys.
+a sorted list of UTF-16 keys, with an index from a first unit to its keys.
 """
 import genlib
 
@@ -82,30 +82,44 @@ def render(name, chars, phrases):
         key_blob.extend(k)
         value_blob.extend(v)
         starts.add(k[0])
-    start_bits = {}
-    for u in starts:
-        start_bits.setdefault(u >> 8, [0] * 32)[(u & 0xFF) >> 3] |= 1 << (u & 7)
+    # For each unit that begins a key, where its keys lie in the sorted list:
+    # per page of 256 units, 257 offsets from the page's first entry.
+    index = {}
+    for i, (k, _) in enumerate(entries):
+        index.setdefault(k[0] >> 8, []).append((k[0] & 0xFF, i))
+    index_pages, index_bases = {}, {}
+    for page, items in index.items():
+        counts = [0] * 256
+        for low, _ in items:
+            counts[low] += 1
+        offsets = [0]
+        for c in counts:
+            offsets.append(offsets[-1] + c)
+        assert offsets[-1] < 65536 and items[-1][1] - items[0][1] + 1 == len(items)
+        index_pages[page], index_bases[page] = offsets, items[0][1]
     text = []
     for p, values in sorted(pages.items()):
         text.append(f"const char16_t k{name}Page{p:02X}[256] = {{\n"
                     f"{genlib.c_rows([f'0x{x:X}' for x in values], 12)}\n}};\n")
-    for p, bits in sorted(start_bits.items()):
-        text.append(f"const std::uint8_t k{name}StartPage{p:02X}[32] = {{\n"
-                    f"{genlib.c_rows([f'0x{b:02X}' for b in bits], 16)}\n}};\n")
+    for p, offsets in sorted(index_pages.items()):
+        text.append(f"const std::uint16_t k{name}IndexPage{p:02X}[257] = {{\n"
+                    f"{genlib.c_rows([str(o) for o in offsets], 16)}\n}};\n")
     text.append(f"const char16_t k{name}Keys[] = {{\n"
                 f"{genlib.c_rows([f'0x{x:X}' for x in key_blob], 12)}\n}};\n")
     text.append(f"const char16_t k{name}Values[] = {{\n"
                 f"{genlib.c_rows([f'0x{x:X}' for x in value_blob], 12)}\n}};\n")
     text.append(f"const VariantKey k{name}Entries[] = {{\n{genlib.c_rows(rows, 4)}\n}};\n")
     page_ptrs = [f"k{name}Page{p:02X}" if p in pages else "nullptr" for p in range(256)]
-    start_ptrs = [f"k{name}StartPage{p:02X}" if p in start_bits else "nullptr" for p in range(256)]
+    index_ptrs = [f"k{name}IndexPage{p:02X}" if p in index_pages else "nullptr" for p in range(256)]
+    bases = [str(index_bases.get(p, 0)) for p in range(256)]
     text.append(f"const char16_t* const k{name}Pages[256] = {{\n{genlib.c_rows(page_ptrs, 4)}\n}};\n")
-    text.append(f"const std::uint8_t* const k{name}Starts[256] = {{\n"
-                f"{genlib.c_rows(start_ptrs, 4)}\n}};\n")
+    text.append(f"const std::uint16_t* const k{name}Index[256] = {{\n"
+                f"{genlib.c_rows(index_ptrs, 4)}\n}};\n")
+    text.append(f"const std::uint32_t k{name}IndexBases[256] = {{\n{genlib.c_rows(bases, 12)}\n}};\n")
     longest = max(len(k) for k, _ in entries)
     longest_value = max(len(v) for _, v in entries)
-    table = (f"const VariantTable k{name}Table = {{k{name}Pages, k{name}Starts, k{name}Entries, "
-             f"{len(entries)}, k{name}Keys, k{name}Values, {longest}, {longest_value}}};\n")
+    table = (f"const VariantTable k{name}Table = {{k{name}Pages, k{name}Index, k{name}IndexBases, "
+             f"k{name}Entries, {len(entries)}, k{name}Keys, k{name}Values, {longest}, {longest_value}}};\n")
     return "".join(text), table
 
 

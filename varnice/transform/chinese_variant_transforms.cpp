@@ -13,13 +13,15 @@ namespace {
 // The longest key that begins p[0, n); `more` tells whether a longer key
 // begins with all of p, so that more input could still change the match.
 const VariantKey* LongestMatch(const VariantTable& t, const unsigned short* p, int n, bool& more) {
-  const VariantKey* lo = t.entries;
-  const VariantKey* hi = t.entries + t.count;
+  const VariantKey* lo;
+  const VariantKey* hi;
+  t.KeysBeginningWith(p[0], lo, hi);
   const VariantKey* best = nullptr;
   more = false;
-  for (int d = 0; d < n; ++d) {
+  if (lo == hi) return nullptr;
+  for (int d = 1; d < n; ++d) {
     // [lo, hi) holds the keys that begin with p[0, d), a key of length d first.
-    if (lo < hi && lo->keyLength == d) {
+    if (lo->keyLength == d) {
       best = lo;
       ++lo;
     }

@@ -49,7 +49,7 @@ extern const long kRomajiKanaCount;
 
 // One direction of Chinese variants: one-unit mappings in pages of 256 (0 =
 // none), and the other keys (phrases, characters outside the BMP) sorted as
-// UTF-16 unit strings, with a bit set of the units that begin one of them.
+// UTF-16 unit strings, with an index from a key's first unit to its keys.
 struct VariantKey {
   std::uint32_t key;    // offset into keys
   std::uint32_t value;  // offset into values
@@ -58,7 +58,10 @@ struct VariantKey {
 };
 struct VariantTable {
   char16_t const* const* pages;
-  std::uint8_t const* const* starts;
+  // Per page of 256 units, 257 offsets (from indexBases[page]) into entries:
+  // the keys that begin with unit u are [offset[u], offset[u + 1]).
+  std::uint16_t const* const* index;
+  std::uint32_t const* indexBases;
   VariantKey const* entries;
   long count;
   char16_t const* keys;
@@ -71,8 +74,19 @@ struct VariantTable {
     return page != nullptr ? page[c & 0xFF] : 0;
   }
   bool Starts(char16_t c) const {
-    std::uint8_t const* page = starts[c >> 8];
-    return page != nullptr && (page[(c & 0xFF) >> 3] >> (c & 7) & 1) != 0;
+    std::uint16_t const* page = index[c >> 8];
+    return page != nullptr && page[c & 0xFF] != page[(c & 0xFF) + 1];
+  }
+  // The entries whose key begins with c.
+  void KeysBeginningWith(char16_t c, VariantKey const*& lo, VariantKey const*& hi) const {
+    std::uint16_t const* page = index[c >> 8];
+    if (page == nullptr) {
+      lo = hi = entries;
+      return;
+    }
+    VariantKey const* base = entries + indexBases[c >> 8];
+    lo = base + page[c & 0xFF];
+    hi = base + page[(c & 0xFF) + 1];
   }
 };
 extern const VariantTable kTraditionalTable;  // simplified to traditional
