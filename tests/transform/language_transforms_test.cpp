@@ -162,6 +162,26 @@ TEST(LanguageTransforms, EverySplitGivesTheUnsplitText) {
   }
 }
 
+// Random text from the characters each transform holds or decides on.
+TEST(LanguageTransforms, RandomTextAndPiecesGiveTheUnsplitText) {
+  static const char16_t kPool[] =
+      u"&#;xX0129aAmpltENnyY'-^ktschiuoe ｶﾊｳﾜｱﾞﾟガヴっんーァャきゃティ"
+      u"头发展干燥部先天下之忧而乐頭髮發乾幹١٢０Ø35ßCEØ00";
+  std::mt19937 rng(1717);
+  std::uniform_int_distribution<std::size_t> pick(0, sizeof kPool / sizeof kPool[0] - 2);
+  for (int round = 0; round < 40; ++round) {
+    std::u16string text;
+    for (int i = 0; i < 1500; ++i) text.push_back(kPool[pick(rng)]);
+    for (const char* name : {"hankaku-katakana", "zenkaku-katakana", "latin-digits", "entities",
+                             "hepburn", "kunrei", "romaji-hiragana", "romaji-katakana",
+                             "traditional", "simplified"}) {
+      const std::u16string whole = Through(name, text);
+      ASSERT_EQ(Through(name, text, RandomSizes(rng, 200)), whole) << name;
+      ASSERT_EQ(Through(name, text, {1 + static_cast<std::size_t>(round % 3)}), whole) << name;
+    }
+  }
+}
+
 TEST(TransformUnicodeString, ServesEverySelector) {
   const std::u16string text = u"ａｂｃ ガｶﾞ ka &amp; 头发 ١\r\n";
   std::vector<unsigned short> out(256);
