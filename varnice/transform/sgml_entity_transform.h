@@ -8,9 +8,9 @@
 // they are more often not meant as references. Unknown names, numbers that are
 // not a character (0, surrogates, above U+10FFFF, more than eight digits),
 // malformed references and a bare '&' pass through unchanged. A number is the
-// code point itself: &#150; is U+0096, not the Windows-1252 dash browsers show. A reference
-// split between upstream blocks is held until it is complete. Built without a
-// test: every reference is replaced.
+// code point itself: &#150; is U+0096, not the Windows-1252 dash browsers show.
+// A reference split between upstream blocks is held until it is complete.
+// Built without a test: every reference is replaced.
 #ifndef VARNICE_TRANSFORM_SGML_ENTITY_TRANSFORM_H_
 #define VARNICE_TRANSFORM_SGML_ENTITY_TRANSFORM_H_
 
