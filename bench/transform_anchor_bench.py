@@ -10,6 +10,8 @@ For every row the most frequent disagreements are listed as tool -> ours.
 """
 import collections
 import difflib
+import gettext
+import glob
 import html
 import os
 import shutil
@@ -24,7 +26,7 @@ DATA = os.path.join(ROOT, "bench", "data")
 
 def run(command, path):
     with open(path, "rb") as f:
-        return subprocess.run(command, stdin=f, capture_output=True, check=True).stdout.decode()
+        return subprocess.run(command, stdin=f, capture_output=True, check=True).stdout.decode(errors="replace")
 
 
 def seconds(command, path):
@@ -36,6 +38,22 @@ def seconds(command, path):
         elapsed = time.perf_counter() - start
         best = elapsed if best is None else min(best, elapsed)
     return best
+
+
+def catalogue_text(language):
+    """The translated messages of the system's message catalogues for a
+    language, one a line: real interface text, when the machine has it."""
+    lines = []
+    for path in sorted(glob.glob(f"/usr/share/locale/{language}/LC_MESSAGES/*.mo")):
+        try:
+            with open(path, "rb") as f:
+                catalogue = gettext.GNUTranslations(f)._catalog
+        except Exception:
+            continue
+        for key, value in catalogue.items():
+            if key and isinstance(value, str):
+                lines.extend(part for part in value.splitlines() if part.strip())
+    return "\n".join(lines) + "\n" if lines else None
 
 
 def agreement(theirs, ours):
@@ -92,6 +110,13 @@ def main():
             ("entities", ["python3", "-c", "import html,sys;sys.stdout.write(html.unescape(sys.stdin.read()))"],
              "every_entity.txt", entity_text),
         ]
+        for language, name, tool in [("zh_CN", "traditional", ["opencc", "-c", "s2t.json"]),
+                                     ("zh_TW", "simplified", ["opencc", "-c", "t2s.json"]),
+                                     ("ja", "hankaku-katakana", ["nkf", "-w", "-x", "-Z4"]),
+                                     ("ja", "hepburn", ["kakasi", "-iutf8", "-outf8", "-Ha", "-Ka"])]:
+            text = catalogue_text(language)
+            if text is not None:
+                rows.append((name, tool, f"messages-{language}.txt", text))
         print(f"{'transform':17} {'anchor':22} {'text':34} {'chars':>8} {'lines':>7} "
               f"{'ours MB/s':>9} {'tool MB/s':>9}")
         for name, tool, text_name, text in rows:
