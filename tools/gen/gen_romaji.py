@@ -48,7 +48,8 @@ def generate(root):
     reader_rows = []
     for spelling, kana in sorted(reader.items()):
         units = [ord(c) for c in kana] + [0]
-        reader_rows.append(f'{{"{spelling}", {{0x{units[0]:04X}, 0x{units[1]:04X}}}}}')
+        packed = int.from_bytes(spelling.encode().ljust(4, b"\0"), "big")
+        reader_rows.append(f'{{0x{packed:08X}, {{0x{units[0]:04X}, 0x{units[1]:04X}}}}}  /* {spelling} */')
     out = "".join([
         genlib.banner(SCRIPT, SOURCE),
         '#include "varnice/transform/language_tables.h"\n\n',
@@ -57,7 +58,7 @@ def generate(root):
         "\n".join(f'    "{text[i:i + 72]}"' for i in range(0, len(text), 72)), ";\n\n",
         "const KanaRomaji kKanaRomaji[] = {\n", genlib.c_rows(writer_rows, 3), "\n};\n",
         f"const long kKanaRomajiCount = {len(writer_rows)};\n\n",
-        "const RomajiKana kRomajiKana[] = {\n", genlib.c_rows(reader_rows, 3), "\n};\n",
+        "const RomajiKana kRomajiKana[] = {\n", genlib.c_rows(reader_rows, 2), "\n};\n",
         f"const long kRomajiKanaCount = {len(reader_rows)};\n\n",
         "}  // namespace varnice::internal\n",
     ])

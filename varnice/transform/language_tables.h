@@ -38,10 +38,11 @@ extern const char kRomajiSpellings[];
 extern const KanaRomaji kKanaRomaji[];
 extern const long kKanaRomajiCount;
 
-// Every spelling read back (lower case, NUL-padded), sorted, to one or two
-// hiragana units (the second 0 when there is one).
+// Every spelling read back, to one or two hiragana units (the second 0 when
+// there is one). A spelling of up to four lower-case letters is packed first
+// letter highest and NUL-padded, so numeric order is alphabetical order.
 struct RomajiKana {
-  char spelling[5];
+  std::uint32_t spelling;
   char16_t kana[2];
 };
 extern const RomajiKana kRomajiKana[];

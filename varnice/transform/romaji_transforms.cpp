@@ -1,7 +1,6 @@
 #include "varnice/transform/romaji_transforms.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "varnice/transform/language_tables.h"
 #include "varnice/transform/transform_frame.h"
@@ -45,29 +44,31 @@ bool IsVowel(char c) { return c == 'a' || c == 'i' || c == 'u' || c == 'e' || c 
 bool IsAsciiLetter(unsigned short c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
 bool IsConsonant(char c) { return c >= 'a' && c <= 'z' && !IsVowel(c); }
 
-int CompareSpelling(const RomajiKana& e, const char* p, int n) {
-  const int order = std::strncmp(e.spelling, p, n);
-  if (order != 0) return order;
-  return e.spelling[n] == 0 ? 0 : 1;
+// p[0, n) packed as the table packs spellings.
+std::uint32_t Pack(const char* p, int n) {
+  std::uint32_t packed = 0;
+  for (int i = 0; i < 4; ++i) packed = (packed << 8) | (i < n ? static_cast<unsigned char>(p[i]) : 0);
+  return packed;
 }
 
-const RomajiKana* LowerBound(const char* p, int n) {
-  return std::lower_bound(kRomajiKana, kRomajiKana + kRomajiKanaCount, 0,
-                          [p, n](const RomajiKana& e, int) { return CompareSpelling(e, p, n) < 0; });
+const RomajiKana* LowerBound(std::uint32_t packed) {
+  return std::lower_bound(kRomajiKana, kRomajiKana + kRomajiKanaCount, packed,
+                          [](const RomajiKana& e, std::uint32_t v) { return e.spelling < v; });
 }
 
 const RomajiKana* FindSpelling(const char* p, int n) {
-  const RomajiKana* e = LowerBound(p, n);
-  return e != kRomajiKana + kRomajiKanaCount && CompareSpelling(*e, p, n) == 0 ? e : nullptr;
+  const std::uint32_t packed = Pack(p, n);
+  const RomajiKana* e = LowerBound(packed);
+  return e != kRomajiKana + kRomajiKanaCount && e->spelling == packed ? e : nullptr;
 }
 
-// Whether a longer spelling begins with p[0, n).
+// Whether a longer spelling begins with p[0, n): one lies between p and p
+// followed by the highest letters.
 bool MayGrow(const char* p, int n) {
-  for (const RomajiKana* e = LowerBound(p, n);
-       e != kRomajiKana + kRomajiKanaCount && std::strncmp(e->spelling, p, n) == 0; ++e) {
-    if (e->spelling[n] != 0) return true;
-  }
-  return false;
+  if (n >= 4) return false;
+  const std::uint32_t packed = Pack(p, n);
+  const RomajiKana* e = LowerBound(packed + 1);
+  return e != kRomajiKana + kRomajiKanaCount && e->spelling <= (packed | (0xFFFFFFFFu >> (8 * n)));
 }
 
 }  // namespace
