@@ -57,21 +57,25 @@ def catalogue_text(language):
 
 
 def agreement(theirs, ours):
-    same_chars = total = same_lines = lines = 0
+    """Share of the tool's characters and lines that ours matches. Lines are
+    aligned first, since a tool may join or drop lines."""
+    a_lines, b_lines = theirs.splitlines(), ours.splitlines()
+    same_chars = same_lines = 0
+    total = sum(len(a) for a in a_lines)
     kinds = collections.Counter()
-    for a, b in zip(theirs.splitlines(), ours.splitlines()):
-        lines += 1
-        total += len(a)
-        if a == b:
-            same_lines += 1
-            same_chars += len(a)
+    lines = difflib.SequenceMatcher(None, a_lines, b_lines, autojunk=False)
+    for op, i1, i2, j1, j2 in lines.get_opcodes():
+        if op == "equal":
+            same_lines += i2 - i1
+            same_chars += sum(len(a) for a in a_lines[i1:i2])
             continue
-        m = difflib.SequenceMatcher(None, a, b, autojunk=False)
-        same_chars += sum(block.size for block in m.get_matching_blocks())
-        for op, i1, i2, j1, j2 in m.get_opcodes():
-            if op != "equal":
-                kinds[(a[i1:i2], b[j1:j2])] += 1
-    return same_chars / max(total, 1), same_lines / max(lines, 1), kinds
+        for a, b in zip(a_lines[i1:i2], b_lines[j1:j2]):
+            m = difflib.SequenceMatcher(None, a, b, autojunk=False)
+            same_chars += sum(block.size for block in m.get_matching_blocks())
+            for o, x1, x2, y1, y2 in m.get_opcodes():
+                if o != "equal":
+                    kinds[(a[x1:x2], b[y1:y2])] += 1
+    return same_chars / max(total, 1), same_lines / max(len(a_lines), 1), kinds
 
 
 def main():
