@@ -3,12 +3,14 @@
 // boundary of a long text giving what the unsplit text gives.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "tests/transform/transform_test_support.h"
 #include "varnice/capi/varnice_c.h"
+#include "varnice/transform/language_tables.h"
 #include "varnice/transform/latin_number_transform.h"
 
 using testing_transforms::RandomSizes;
@@ -131,6 +133,51 @@ TEST(ChineseVariants, PhrasesDecideOneToManyCharacters) {
   EXPECT_EQ(Through("traditional", u"abc 123"), u"abc 123");
   // A character that fails the test is neither converted nor part of a phrase.
   EXPECT_EQ(Through("traditional", u"头发", {}, *LatinScript), u"头发");
+}
+
+// The plain reference: every key of the table in a map, forward longest match
+// over the whole text, against the transform's index and held units.
+std::u16string ReferenceVariants(const varnice::internal::VariantTable& t,
+                                 const std::map<std::u16string, std::u16string>& keys,
+                                 const std::u16string& text) {
+  std::u16string out;
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t n = std::min<std::size_t>(t.longestKey, text.size() - at);
+    for (; n > 0; --n) {
+      if (auto it = keys.find(text.substr(at, n)); it != keys.end()) {
+        out += it->second;
+        break;
+      }
+    }
+    if (n == 0) {
+      const char16_t mapped = t.Map(text[at]);
+      out.push_back(mapped != 0 ? mapped : text[at]);
+      n = 1;
+    }
+    at += n;
+  }
+  return out;
+}
+
+TEST(ChineseVariants, StreamingMatchesAPlainLongestMatch) {
+  std::mt19937 rng(27);
+  for (auto [name, table] : {std::pair{"traditional", &varnice::internal::kTraditionalTable},
+                             std::pair{"simplified", &varnice::internal::kSimplifiedTable}}) {
+    const varnice::internal::VariantTable& t = *table;
+    std::map<std::u16string, std::u16string> keys;
+    std::vector<std::u16string> pieces;
+    for (long i = 0; i < t.count; ++i) {
+      const varnice::internal::VariantKey& k = t.entries[i];
+      std::u16string key(t.keys + k.key, t.keys + k.key + k.keyLength);
+      keys.emplace(key, std::u16string(t.values + k.value, t.values + k.value + k.valueLength));
+      pieces.push_back(key);
+      pieces.push_back(key.substr(0, key.size() / 2 + 1));  // prefixes that must not match
+    }
+    std::uniform_int_distribution<std::size_t> pick(0, pieces.size() - 1);
+    std::u16string text;
+    while (text.size() < 20000) text += pieces[pick(rng)];
+    EXPECT_EQ(Through(name, text, RandomSizes(rng)), ReferenceVariants(t, keys, text)) << name;
+  }
 }
 
 // A long text that exercises every transform, its state at block ends in particular.
