@@ -48,13 +48,17 @@ def entities(root):
 
 def generate(root):
     zeros = digit_zeros(root)
+    pages = {(z + d) >> 8 for z in zeros for d in range(10) if z + d <= 0xFFFF}
     digits = "".join([
         genlib.banner(SCRIPT, LINE_BREAK),
         '#include "varnice/transform/language_tables.h"\n\n',
         "namespace varnice::internal {\n\n",
         "const char32_t kDecimalDigitZeros[] = {\n",
         genlib.c_rows([f"0x{z:04X}" for z in zeros], 8), "\n};\n",
-        f"const long kDecimalDigitZeroCount = {len(zeros)};\n\n",
+        f"const long kDecimalDigitZeroCount = {len(zeros)};\n",
+        "const std::uint64_t kDecimalDigitPages[4] = {",
+        ", ".join(f"0x{sum(1 << (p & 63) for p in pages if p >> 6 == w):016X}" for w in range(4)),
+        "};\n\n",
         "}  // namespace varnice::internal\n",
     ])
     table = entities(root)

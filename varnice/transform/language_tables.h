@@ -11,6 +11,9 @@ namespace varnice::internal {
 // The zero of every run of ten decimal digits, ascending.
 extern const char32_t kDecimalDigitZeros[];
 extern const long kDecimalDigitZeroCount;
+// Bit p is set when page p of the BMP (units p << 8 to p << 8 | 0xFF) holds a
+// decimal digit: most text is ruled out without a search.
+extern const std::uint64_t kDecimalDigitPages[4];
 
 // Named character references, sorted by name (bytewise); a name is
 // kEntityNames[name, name + length) without '&' and ';'. `second` is 0 for a

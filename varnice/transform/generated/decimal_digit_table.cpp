@@ -15,5 +15,6 @@ const char32_t kDecimalDigitZeros[] = {
     0x1E2F0, 0x1E4F0, 0x1E950, 0x1FBF0,
 };
 const long kDecimalDigitZeroCount = 68;
+const std::uint64_t kDecimalDigitPages[4] = {0x000000001F81FEC1, 0x0000000000000000, 0x00000F4000000000, 0x8000000000000000};
 
 }  // namespace varnice::internal
