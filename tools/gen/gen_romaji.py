@@ -20,7 +20,7 @@ def rows(root):
             continue
         kana, hepburn, kunrei, *rest = line.split("\t")
         others = [s for s in (rest[0].split(",") if rest else []) if s]
-        assert 1 <= len(kana) <= 2, line
+        assert 1 <= len(kana) <= 2 and all(0x3040 <= ord(c) < 0x30A0 for c in kana), line
         yield kana, hepburn, kunrei, others
 
 
@@ -45,6 +45,12 @@ def generate(root):
             reader[spelling] = kana
     text = "".join(blob)
     writer_rows = [f"{{0x{k:08X}, {h}, {hl}, {r}, {rl}}}" for k, (h, hl, r, rl) in sorted(writer.items())]
+    # Where each first unit's syllables begin; U+3040-U+309F, one past the end last.
+    firsts = []
+    keys = sorted(writer)
+    assert len(keys) < 256, "kKanaRomajiFirsts holds bytes"
+    for u in range(0x3040, 0x30A1):
+        firsts.append(next((i for i, k in enumerate(keys) if k >> 16 >= u), len(keys)))
     reader_rows = []
     for spelling, kana in sorted(reader.items()):
         units = [ord(c) for c in kana] + [0]
@@ -57,7 +63,9 @@ def generate(root):
         "const char kRomajiSpellings[] =\n",
         "\n".join(f'    "{text[i:i + 72]}"' for i in range(0, len(text), 72)), ";\n\n",
         "const KanaRomaji kKanaRomaji[] = {\n", genlib.c_rows(writer_rows, 3), "\n};\n",
-        f"const long kKanaRomajiCount = {len(writer_rows)};\n\n",
+        f"const long kKanaRomajiCount = {len(writer_rows)};\n",
+        "const std::uint8_t kKanaRomajiFirsts[0x61] = {\n", genlib.c_rows([str(f) for f in firsts], 16),
+        "\n};\n\n",
         "const RomajiKana kRomajiKana[] = {\n", genlib.c_rows(reader_rows, 2), "\n};\n",
         f"const long kRomajiKanaCount = {len(reader_rows)};\n\n",
         "}  // namespace varnice::internal\n",

@@ -40,6 +40,8 @@ struct KanaRomaji {
 extern const char kRomajiSpellings[];
 extern const KanaRomaji kKanaRomaji[];
 extern const long kKanaRomajiCount;
+// The syllables whose first unit is u are kKanaRomaji[f[u - 0x3040], f[u - 0x3040 + 1]).
+extern const std::uint8_t kKanaRomajiFirsts[0x61];
 
 // Every spelling read back, to one or two hiragana units (the second 0 when
 // there is one). A spelling of up to four lower-case letters is packed first

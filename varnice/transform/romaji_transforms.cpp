@@ -6,7 +6,6 @@
 #include "varnice/transform/transform_frame.h"
 
 using varnice::internal::kKanaRomaji;
-using varnice::internal::kKanaRomajiCount;
 using varnice::internal::kRomajiKana;
 using varnice::internal::kRomajiKanaCount;
 using varnice::internal::kRomajiSpellings;
@@ -33,11 +32,14 @@ unsigned short AsHiragana(unsigned short c) {
 }
 
 const KanaRomaji* FindKana(unsigned short first, unsigned short second) {
+  if (first < 0x3040 || first >= 0x30A0) return nullptr;
   const std::uint32_t key = (static_cast<std::uint32_t>(first) << 16) | second;
-  const KanaRomaji* end = kKanaRomaji + kKanaRomajiCount;
-  const KanaRomaji* e = std::lower_bound(
-      kKanaRomaji, end, key, [](const KanaRomaji& k, std::uint32_t v) { return k.kana < v; });
-  return e != end && e->kana == key ? e : nullptr;
+  const KanaRomaji* end = kKanaRomaji + varnice::internal::kKanaRomajiFirsts[first - 0x3040 + 1];
+  for (const KanaRomaji* e = kKanaRomaji + varnice::internal::kKanaRomajiFirsts[first - 0x3040];
+       e != end; ++e) {
+    if (e->kana == key) return e;
+  }
+  return nullptr;
 }
 
 bool IsVowel(char c) { return c == 'a' || c == 'i' || c == 'u' || c == 'e' || c == 'o'; }
