@@ -1,8 +1,12 @@
 // The transform examples of README.md, kept compiling and true.
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <fstream>
 #include <string>
+#include <vector>
 
+#include "tests/transform/transform_test_support.h"
 #include "varnice/capi/varnice_c.h"
 #include "varnice/varnice.h"
 
@@ -28,4 +32,69 @@ TEST(ReadmeUsage, TransformsBetweenDecoderAndEncoder) {
   int n = TransformUnicodeString(23 /* LF */, 0 /* any character */, src, -1, dst, 16);
   EXPECT_EQ(n, 3);  // "a\nb", terminated
   EXPECT_EQ(std::u16string(dst, dst + 3), u"a\nb");
+}
+
+namespace {
+
+// "\r", "\n" and "\uXXXX" as the README writes them, the rest as UTF-8.
+std::u16string Unescape(const std::string& s) {
+  std::u16string out;
+  for (std::size_t i = 0; i < s.size();) {
+    if (s[i] == '\\' && i + 1 < s.size() && (s[i + 1] == 'r' || s[i + 1] == 'n')) {
+      out.push_back(s[i + 1] == 'r' ? u'\r' : u'\n');
+      i += 2;
+    } else if (s.compare(i, 2, "\\u") == 0) {
+      out.push_back(static_cast<char16_t>(std::stoul(s.substr(i + 2, 4), nullptr, 16)));
+      i += 6;
+    } else {
+      const unsigned char b = static_cast<unsigned char>(s[i]);
+      const int n = b < 0x80 ? 1 : b < 0xE0 ? 2 : b < 0xF0 ? 3 : 4;
+      char32_t c = n == 1 ? b : b & (0x7F >> n);
+      for (int k = 1; k < n; ++k) c = (c << 6) | (s[i + k] & 0x3F);
+      if (c > 0xFFFF) {
+        out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+        out.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+      } else {
+        out.push_back(static_cast<char16_t>(c));
+      }
+      i += n;
+    }
+  }
+  return out;
+}
+
+}  // namespace
+
+TEST(ReadmeUsage, EveryTransformOfTheTableDoesWhatItsExampleSays) {
+  std::ifstream readme(VARNICE_SOURCE_DIR "/README.md");
+  std::string line;
+  int rows = 0;
+  while (std::getline(readme, line)) {
+    // | 7 | `hepburn` | `KanaToHebonRomajiTransform` | `in` → `out` |
+    if (line.size() < 4 || line[0] != '|' || !std::isdigit(static_cast<unsigned char>(line[2])))
+      continue;
+    std::vector<std::string> ticked;
+    for (std::size_t at = line.find('`'); at != std::string::npos;) {
+      const std::size_t end = line.find('`', at + 1);
+      ticked.push_back(line.substr(at + 1, end - at - 1));
+      at = line.find('`', end + 1);
+    }
+    ASSERT_EQ(ticked.size(), 4u) << line;
+    std::string name = ticked[0];
+    CharacterTest const* test = AnyCharacterProperty;
+    if (const std::size_t colon = name.find(':'); colon != std::string::npos) {
+      test = CharacterTest::Lookup(qz_string(name.substr(colon + 1).c_str()));
+      name.resize(colon);
+    }
+    ASSERT_NE(test, nullptr) << line;
+    TransformCatalogue::Entry const* entry = TransformCatalogue::Find(name.c_str());
+    ASSERT_NE(entry, nullptr) << line;
+    EXPECT_EQ(entry->selector, std::stoi(line.substr(2))) << line;
+    EXPECT_STREQ(entry->className, ticked[1].c_str());
+    EXPECT_EQ(testing_transforms::Through(name.c_str(), Unescape(ticked[2]), {}, *test),
+              Unescape(ticked[3]))
+        << line;
+    ++rows;
+  }
+  EXPECT_EQ(rows, 28);
 }

@@ -2,8 +2,13 @@
 
 #include <new>
 
+#include "varnice/transform/chinese_variant_transforms.h"
 #include "varnice/transform/composition_transforms.h"
+#include "varnice/transform/katakana_width_transforms.h"
+#include "varnice/transform/latin_number_transform.h"
 #include "varnice/transform/line_end_transforms.h"
+#include "varnice/transform/romaji_transforms.h"
+#include "varnice/transform/sgml_entity_transform.h"
 #include "varnice/transform/simple_transforms.h"
 #include "varnice/widec/same_ignoring_case.h"
 
@@ -41,12 +46,16 @@ const TransformCatalogue::Entry kEntries[] = {
      VARNICE_TRANSFORM(ToHalfwidthTransform)},
     {6, "fullwidth", "ToFullwidthTransform", "halfwidth and narrow forms to full width",
      VARNICE_TRANSFORM(ToFullwidthTransform)},
-    {7, "hepburn", "KanaToHebonRomajiTransform", "kana to Hepburn romaji", VARNICE_NOT_YET},
-    {8, "kunrei", "KanaToKunreiRomajiTransform", "kana to Kunrei-shiki romaji", VARNICE_NOT_YET},
-    {9, "romaji-katakana", "RomajiToKatakanaTransform", "romaji to katakana", VARNICE_NOT_YET},
-    {10, "romaji-hiragana", "RomajiToHiraganaTransform", "romaji to hiragana", VARNICE_NOT_YET},
+    {7, "hepburn", "KanaToHebonRomajiTransform", "kana to Hepburn romaji",
+     VARNICE_TRANSFORM(KanaToHebonRomajiTransform)},
+    {8, "kunrei", "KanaToKunreiRomajiTransform", "kana to Kunrei-shiki romaji",
+     VARNICE_TRANSFORM(KanaToKunreiRomajiTransform)},
+    {9, "romaji-katakana", "RomajiToKatakanaTransform", "romaji to katakana",
+     VARNICE_TRANSFORM(RomajiToKatakanaTransform)},
+    {10, "romaji-hiragana", "RomajiToHiraganaTransform", "romaji to hiragana",
+     VARNICE_TRANSFORM(RomajiToHiraganaTransform)},
     {11, "latin-digits", "ToLatinNumberTransform", "decimal digits of every script to 0-9",
-     VARNICE_NOT_YET},
+     VARNICE_TRANSFORM(ToLatinNumberTransform)},
     {12, "canonical", "ToCanonicalTransform",
      "compatibility ideographs, presentation and width forms to ordinary characters",
      VARNICE_TRANSFORM(ToCanonicalTransform)},
@@ -55,9 +64,11 @@ const TransformCatalogue::Entry kEntries[] = {
     {14, "select", "SelectTransform", "keeps only the characters of the class",
      VARNICE_TRANSFORM(SelectTransform)},
     {15, "zenkaku-katakana", "HankakuKatakanaToZenkakuTransform",
-     "halfwidth katakana to fullwidth, joining sound marks", VARNICE_NOT_YET},
+     "halfwidth katakana to fullwidth, joining sound marks",
+     VARNICE_TRANSFORM(HankakuKatakanaToZenkakuTransform)},
     {16, "hankaku-katakana", "ZenkakuKatakanaToHankakuTransform",
-     "fullwidth katakana to halfwidth, splitting sound marks", VARNICE_NOT_YET},
+     "fullwidth katakana to halfwidth, splitting sound marks",
+     VARNICE_TRANSFORM(ZenkakuKatakanaToHankakuTransform)},
     {17, "upper", "ToUppercaseTransform", "letters to upper case",
      VARNICE_TRANSFORM(ToUppercaseTransform)},
     {18, "lower", "ToLowercaseTransform", "letters to lower case",
@@ -67,7 +78,7 @@ const TransformCatalogue::Entry kEntries[] = {
     {20, "combining-marks", "ToCombiningMarkTransform", "spacing diacritics to combining marks",
      VARNICE_TRANSFORM(ToCombiningMarkTransform)},
     {21, "entities", "FromSGMLEntityTransform", "SGML and HTML character references to characters",
-     VARNICE_NOT_YET},
+     VARNICE_TRANSFORM(FromSGMLEntityTransform)},
     {22, "cr", "ToCRTransform", "every line end to CR", VARNICE_TRANSFORM(ToCRTransform)},
     {23, "lf", "ToLFTransform", "every line end to LF", VARNICE_TRANSFORM(ToLFTransform)},
     {24, "crlf", "ToCRLFTransform", "every line end to CR LF",
@@ -77,9 +88,9 @@ const TransformCatalogue::Entry kEntries[] = {
     {26, "ps", "ToParagraphSeparatorTransform", "every line end to PARAGRAPH SEPARATOR",
      VARNICE_TRANSFORM(ToParagraphSeparatorTransform)},
     {27, "traditional", "ToTraditionalChineseTransform", "simplified to traditional Chinese",
-     VARNICE_NOT_YET},
+     VARNICE_TRANSFORM(ToTraditionalChineseTransform)},
     {28, "simplified", "ToSimplifiedChineseTransform", "traditional to simplified Chinese",
-     VARNICE_NOT_YET},
+     VARNICE_TRANSFORM(ToSimplifiedChineseTransform)},
 };
 
 #undef VARNICE_TRANSFORM

@@ -1,0 +1,94 @@
+#include "varnice/transform/latin_number_transform.h"
+
+#include <algorithm>
+
+#include "varnice/charprops/character_test.h"
+#include "varnice/transform/language_tables.h"
+
+namespace {
+
+// No decimal digit other than 0-9 lies below the Arabic-Indic zero.
+constexpr unsigned short kFirstForeignDigit = 0x0660;
+
+bool IsHigh(unsigned short c) { return c >= 0xD800 && c <= 0xDBFF; }
+bool IsLow(unsigned short c) { return c >= 0xDC00 && c <= 0xDFFF; }
+
+// The ASCII digit of a decimal digit, or c itself.
+inline unsigned long LatinDigit(unsigned long c) {
+  using varnice::internal::kDecimalDigitZeroCount;
+  using varnice::internal::kDecimalDigitZeros;
+  if (c < kFirstForeignDigit) return c;
+  if (c <= 0xFFFF && (varnice::internal::kDecimalDigitPages[c >> 14] >> ((c >> 8) & 63) & 1) == 0)
+    return c;
+  const char32_t* end = kDecimalDigitZeros + kDecimalDigitZeroCount;
+  const char32_t* zero = std::upper_bound(kDecimalDigitZeros, end, static_cast<char32_t>(c));
+  if (zero == kDecimalDigitZeros || c - zero[-1] >= 10) return c;
+  return '0' + (c - zero[-1]);
+}
+
+}  // namespace
+
+ToLatinNumberTransform::~ToLatinNumberTransform() = default;
+
+unsigned long ToLatinNumberTransform::Transform(unsigned long c) { return LatinDigit(c); }
+
+bool ToLatinNumberTransform::FillBuffer() {
+  const Gate passes = TestGate();
+  unsigned short held = heldHigh_;
+  auto step = [&](unsigned short c, unsigned short* out) {
+    if (held != 0) {
+      if (IsLow(c)) {
+        const unsigned long cp = 0x10000 + ((held - 0xD800UL) << 10) + (c - 0xDC00UL);
+        const unsigned long digit = LatinDigit(cp);
+        held = 0;
+        if (digit != cp && test_(cp, encoding_)) {
+          *out = static_cast<unsigned short>(digit);
+          return out + 1;
+        }
+        out[0] = static_cast<unsigned short>(0xD800 + ((cp - 0x10000) >> 10));
+        out[1] = c;
+        return out + 2;
+      }
+      *out++ = held;
+      held = 0;
+    }
+    if (IsHigh(c)) {
+      held = c;
+      return out;
+    }
+    const unsigned long digit = LatinDigit(c);
+    if (digit != c && passes(c)) c = static_cast<unsigned short>(digit);
+    *out = c;
+    return out + 1;
+  };
+  unsigned short* out = buffer_;
+  unsigned short* const limit = buffer_ + kBufferSize - 1;
+  const unsigned short* b;
+  const unsigned short* e;
+  bool ended = false;
+  while (out < limit) {
+    if (!source_.GetBuffer(b, e)) {
+      ended = true;
+      break;
+    }
+    while (b < e && out < limit) {
+      if (held != 0 || *b >= kFirstForeignDigit) {
+        out = step(*b++, out);
+        continue;
+      }
+      // A run with no digit but 0-9 and nothing held: copied as it is.
+      const unsigned short* run = b + 1;
+      const unsigned short* runEnd = b + std::min<long>(e - b, limit - out);
+      while (run < runEnd && *run < kFirstForeignDigit) ++run;
+      out = std::copy(b, run, out);
+      b = run;
+    }
+    source_.DoneWith(b);
+  }
+  if (ended && held != 0) {
+    *out++ = held;
+    held = 0;
+  }
+  heldHigh_ = held;
+  return Lend(out);
+}
