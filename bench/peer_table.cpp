@@ -8,7 +8,8 @@
 // The machine is shared, so the implementations of a row are timed in turn,
 // the whole round repeated, and the best time of each kept.
 //
-// Usage: varnice_peer_table [rounds] (default 9; VARNICE_PEER_ROUNDS also).
+// Usage: varnice_peer_table [rounds [row]] (rounds default 9, also from
+// VARNICE_PEER_ROUNDS; row: only the rows whose title contains it).
 #include <iconv.h>
 
 #include <algorithm>
@@ -342,6 +343,10 @@ Job IcuStrFromUtf8(const Encoded& e, Buffers& b) {
 
 // ---- the table ----
 
+const char* gOnly = nullptr;  // a title filter, or null
+
+bool Wanted(const char* title) { return gOnly == nullptr || std::strstr(title, gOnly) != nullptr; }
+
 struct Names {
   const char* varnice;
   const char* icu;
@@ -371,6 +376,7 @@ std::string Ratio(const Candidate& v, const Candidate* peer) {
 // One whole-text row. The extra candidate (u_strFromUTF8) is reported as a
 // further ratio after the table's columns.
 void Row(const char* title, const char* goal, bool toUnicode, const Names& names, const Encoded& e) {
+  if (!Wanted(title)) return;
   static Buffers buffers[4];
   const long expectUnits = static_cast<long>(e.units.size());
   const long expectBytes = static_cast<long>(e.bytes.size());
@@ -404,6 +410,7 @@ void Row(const char* title, const char* goal, bool toUnicode, const Names& names
 
 // Short strings: the time of one call, Varnice's time over ICU's.
 void CallRow(const char* title, const char* goal, const Names& names, const Encoded& e) {
+  if (!Wanted(title)) return;
   constexpr int kCalls = 20000;
   static Buffers buffers[3];
   const long expected = static_cast<long>(e.units.size());
@@ -460,6 +467,7 @@ Encoded Cut(const char* varniceName, const Units& text, std::size_t bytes) {
 
 int main(int argc, char** argv) {
   if (argc > 1) setenv("VARNICE_PEER_ROUNDS", argv[1], 1);
+  if (argc > 2) gOnly = argv[2];
   constexpr std::size_t kUnits = 4u << 20;  // 8 MB of UTF-16
   const Units japanese = JapaneseText(kUnits);
   const Units english = SentenceText(kEnglish, 10, nullptr, 0, kUnits);

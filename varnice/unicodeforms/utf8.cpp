@@ -1,8 +1,11 @@
 #include "varnice/unicodeforms/utf8.h"
 
 #include <climits>
+#include <cstdint>
+#include <cstring>
 
 #include "varnice/encoding/internal_encoding.h"
+#include "varnice/simd/byte_kernels.h"
 #include "varnice/unicodeforms/form_pipelines.h"
 #include "varnice/unicodeforms/unicode_form_ids.h"
 
@@ -47,6 +50,13 @@ inline bool IsContinuation(unsigned char b) { return (b & 0xC0) == 0x80; }
 // many there were.
 inline std::size_t WidenASCII(const unsigned char* in, std::size_t n, unsigned short* out) {
   std::size_t i = 0;
+  // A run that starts with eight ASCII bytes and may be long goes to the
+  // vector kernel; short runs between other characters are not worth a call.
+  if (n >= 64) {
+    std::uint64_t w;
+    std::memcpy(&w, in, 8);
+    if ((w & 0x8080808080808080ULL) == 0) return varnice::internal::simd::Kernels().widenASCII(in, n, out);
+  }
 #if defined(__SSE2__)
   const __m128i zero = _mm_setzero_si128();
   for (; i + 16 <= n; i += 16) {
@@ -64,6 +74,13 @@ inline std::size_t WidenASCII(const unsigned char* in, std::size_t n, unsigned s
 // how many there were.
 inline std::size_t NarrowASCII(const unsigned short* in, std::size_t n, unsigned char* out) {
   std::size_t i = 0;
+  if (n >= 64) {
+    std::uint64_t w;
+    std::memcpy(&w, in, 8);
+    if ((w & 0xFF80FF80FF80FF80ULL) == 0) {
+      return varnice::internal::simd::Kernels().narrowBelow(in, n, out, 0x80, 0xFFFF);
+    }
+  }
 #if defined(__SSE2__)
   const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
   const __m128i zero = _mm_setzero_si128();
