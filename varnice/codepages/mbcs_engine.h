@@ -123,7 +123,7 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       // No character writes more units than it reads bytes, so while in is
       // short of stop there is room for one more unit: one bound suffices.
       unsigned char const* stop = in + (inEnd - in < outEnd - out ? inEnd - in : outEnd - out);
-      if (stop - in >= 32) {
+      if (stop - in >= 64) {
         if (!asked) identity = simd::RowKeeps(actions), asked = true;
         if (identity != simd::RowIdentity::kNone) DecodeStretch(actions, identity, in, stop, out);
       }
@@ -246,6 +246,11 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
         ++in;
         if (code < 0x100) {
           *out++ = static_cast<char>(code);
+        } else if (code < 0x10000) {
+          // Two-byte codes (most of a Japanese text) without the length loop.
+          out[0] = static_cast<char>(code >> 8);
+          out[1] = static_cast<char>(code);
+          out += 2;
         } else {
           WriteBigEndian(code, CodeLength(code), out);
         }

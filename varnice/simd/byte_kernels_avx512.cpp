@@ -176,6 +176,13 @@ VARNICE_AVX512 std::size_t NarrowBelowAVX512(unsigned short const* in, std::size
 
 VARNICE_AVX512 std::size_t WidenASCIIAVX512(unsigned char const* in, std::size_t n, unsigned short* out) {
   std::size_t i = 0;
+  for (; i + 64 <= n; i += 64) {
+    const __m512i bytes = _mm512_loadu_si512(in + i);
+    if (_mm512_movepi8_mask(bytes) != 0) break;
+    _mm512_storeu_si512(out + i, _mm512_cvtepu8_epi16(_mm512_castsi512_si256(bytes)));
+    _mm512_storeu_si512(out + i + 32,
+                        _mm512_cvtepu8_epi16(_mm256_loadu_si256(reinterpret_cast<__m256i const*>(in + i + 32))));
+  }
   while (i < n) {
     const std::size_t left = n - i;
     const __mmask64 valid = left >= 64 ? ~0ULL : (1ULL << left) - 1;
