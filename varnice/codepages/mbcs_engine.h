@@ -63,8 +63,9 @@ inline bool CompleteUnit(MBCSAction a) {
 // between them are stepped here. Stops at anything else (an invalid byte, a
 // longer code, a lead byte at stop), which the caller's loops take up. Only
 // for a table whose first row writes ASCII as itself, and with room for a
-// unit per byte up to stop.
-inline void DecodeStretch(MBCSAction const* actions, simd::RowIdentity identity, unsigned char const*& in,
+// unit per byte up to stop. Kept out of line so that DecodeMBCS stays small
+// enough to inline into converters that call it for short stretches.
+[[gnu::noinline]] inline void DecodeStretch(MBCSAction const* actions, simd::RowIdentity identity, unsigned char const*& in,
                           unsigned char const* stop, unsigned short*& out) {
   simd::ByteKernels const& kernels = simd::Kernels();
   if (identity == simd::RowIdentity::kAll) {
