@@ -6,9 +6,12 @@
 #define VARNICE_CODEPAGES_MBCS_ENGINE_H_
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <typeinfo>
 
 #include "varnice/codepages/code_page_table_shapes.h"
 #include "varnice/codepages/mbcs_to_unicode_table.h"
@@ -324,14 +327,30 @@ int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short
   }
 }
 
+// The table as the stored shape Shape, or null. ISO-2022 converters build a
+// finder for every run of characters, where dynamic_cast (a search of the
+// hierarchy) would cost more than the run. Shape is final, so a table of
+// that exact type is the whole object, and its base lies at one offset from
+// it: the first cast finds the offset, later ones only compare types.
+template <class Shape>
+Shape const* AsShape(LookupUnsignedLongTable<unsigned short> const& table) {
+  static_assert(std::is_final_v<Shape>);
+  if (typeid(table) != typeid(Shape)) return nullptr;
+  static std::atomic<std::ptrdiff_t> offset{PTRDIFF_MIN};
+  std::ptrdiff_t o = offset.load(std::memory_order_relaxed);
+  if (o == PTRDIFF_MIN) {
+    o = reinterpret_cast<char const*>(&table) - reinterpret_cast<char const*>(dynamic_cast<Shape const*>(&table));
+    offset.store(o, std::memory_order_relaxed);
+  }
+  return reinterpret_cast<Shape const*>(reinterpret_cast<char const*>(&table) - o);
+}
+
 // The from-Unicode table, with its stored shape recognised once so that the
 // conversion loops search plane and delta data inline.
 class FromUnicodeFinder {
  public:
   explicit FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table)
-      : table_(table),
-        plane_(dynamic_cast<CodePagePlaneTable const*>(&table)),
-        delta_(dynamic_cast<CodePageDeltaTable const*>(&table)) {}
+      : table_(table), plane_(AsShape<CodePagePlaneTable>(table)), delta_(AsShape<CodePageDeltaTable>(table)) {}
   // With the shape recognised beforehand: plane or delta is the table itself
   // seen as that shape, or null.
   FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table, CodePagePlaneTable const* plane,
