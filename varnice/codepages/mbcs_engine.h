@@ -139,7 +139,9 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
         // them only if every one is a complete unit (no branch per byte).
         if (oneByOne > 0) {
           --oneByOne;
-        } else if (stop - in >= 8) {
+        } else if (stop - in >= 8 && CompleteUnit(actions[*in])) {
+          // (Tried only from a single-byte character: text of two-byte codes,
+          // JIS X 0208 between ISO-2022 escapes, would fail every group.)
           std::uint32_t packed[8];
           std::uint32_t worst = 0;
           for (int i = 0; i < 8; ++i) {
