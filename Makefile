@@ -41,6 +41,7 @@ bench: deps
 	  -DCMAKE_BUILD_TYPE=Release -DVARNICE_BUILD_TESTS=OFF -DVARNICE_BUILD_BENCH=ON
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	$(BENCH_BUILD)/bench/varnice_bench
+	$(BENCH_BUILD)/bench/varnice_peer_table
 	python3 bench/cli_bench.py $(BENCH_BUILD)/tools/cli/varnice
 	python3 bench/sqlite_bench.py $(BENCH_BUILD)/hosts/sqlite/varnice.so
 

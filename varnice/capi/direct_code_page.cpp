@@ -77,7 +77,7 @@ long EncodeDirect(const DirectCodePage& cp, const UnicodeLibBehavior& behavior, 
       // While four bytes of room remain any character fits, so the engine's
       // tight loop runs with no budget to ask.
       const int result = EncodeMBCS(find, pass, in, inEnd, out, limit, true, [](long) { return false; },
-                                    finder.IdentityEnd());
+                                    finder.Identity());
       if (result == kMBCSInputUsed) return 0;
       if (result == kMBCSNotInRepertoire) {
         if (!putSubstitute()) return 0;

@@ -19,7 +19,21 @@ class CodePagePlaneTable final : public PlaneTable<unsigned short, unsigned long
   CodePagePlaneTable(unsigned long missing, std::uint32_t const* const* planes)
       : PlaneTable<unsigned short, unsigned long>(missing, planes),
         planes_(planes),
-        missing_(static_cast<std::uint32_t>(missing)) {}
+        missing_(static_cast<std::uint32_t>(missing)) {
+    // The units of the first plane written as themselves, so that the
+    // conversion loops can copy them without a lookup. One unit that is not
+    // (the one whose code equals the missing value, say) is a hole in the
+    // run rather than its end.
+    std::uint32_t const* first = planes[0];
+    if (first == nullptr) return;
+    unsigned u = 0;
+    for (; u < 0x100; ++u) {
+      if (first[u] == u && first[u] != missing_) continue;
+      if (identityHole_ != 0xFFFF) break;
+      identityHole_ = u;
+    }
+    identityEnd_ = u;
+  }
 
   // What LookupUnsignedLong answers, without the virtual call.
   static bool Find(std::uint32_t const* const* planes, std::uint32_t missing, unsigned short key,
@@ -29,10 +43,15 @@ class CodePagePlaneTable final : public PlaneTable<unsigned short, unsigned long
   bool Find(unsigned short key, unsigned long& value) const { return Find(planes_, missing_, key, value); }
   std::uint32_t const* const* Planes() const { return planes_; }
   std::uint32_t Missing() const { return missing_; }
+  // Units below IdentityEnd() but IdentityHole() are written as themselves.
+  unsigned IdentityEnd() const { return identityEnd_; }
+  unsigned IdentityHole() const { return identityHole_; }
 
  private:
   std::uint32_t const* const* planes_;
   std::uint32_t missing_;
+  unsigned identityEnd_ = 0;
+  unsigned identityHole_ = 0xFFFF;
 };
 
 class CodePageDeltaTable final : public DeltaTable<unsigned short, unsigned long> {

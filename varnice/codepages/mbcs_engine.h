@@ -6,13 +6,17 @@
 #define VARNICE_CODEPAGES_MBCS_ENGINE_H_
 
 #include <algorithm>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
+#include <typeinfo>
 
 #include "varnice/codepages/code_page_table_shapes.h"
 #include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
+#include "varnice/simd/byte_kernels.h"
 #include "varnice/tables/finite_state_machine_action.h"
 #include "varnice/widec/qz_string.h"
 
@@ -57,6 +61,52 @@ inline bool CompleteUnit(MBCSAction a) {
   return (static_cast<std::uint32_t>(a.nextState) << 16 | a.output) < MBCStoUnicodeTable::kInvalid;
 }
 
+// Converts whole characters of [in, stop) while the vector kernels pay: runs
+// of ASCII and single-byte characters go to the kernel, two-byte characters
+// between them are stepped here. Stops at anything else (an invalid byte, a
+// longer code, a lead byte at stop), which the caller's loops take up. Only
+// for a table whose first row writes ASCII as itself, and with room for a
+// unit per byte up to stop. Kept out of line so that DecodeMBCS stays small
+// enough to inline into converters that call it for short stretches.
+[[gnu::noinline]] inline void DecodeStretch(MBCSAction const* actions, simd::RowIdentity identity, unsigned char const*& in,
+                          unsigned char const* stop, unsigned short*& out) {
+  simd::ByteKernels const& kernels = simd::Kernels();
+  if (identity == simd::RowIdentity::kAll) {
+    // Every byte is its own character: widen the stretch whole.
+    kernels.widenAll(in, static_cast<std::size_t>(stop - in), out);
+    out += stop - in;
+    in = stop;
+    return;
+  }
+  while (in != stop) {
+    const std::size_t n = kernels.decodeRow(actions, in, static_cast<std::size_t>(stop - in), out);
+    in += n;
+    out += n;
+    while (in != stop) {
+      MBCSAction a = actions[*in];
+      if (*in < 0x80) {
+        // A short ASCII run costs less here than a kernel call.
+        std::uint64_t next8 = 0x8080808080808080ULL;
+        if (stop - in >= 8) std::memcpy(&next8, in, 8);
+        if ((next8 & 0x8080808080808080ULL) == 0) break;
+        *out++ = a.output;
+        ++in;
+        continue;
+      }
+      if (CompleteUnit(a)) {
+        *out++ = a.output;
+        ++in;
+        continue;
+      }
+      if (a.output != MBCStoUnicodeTable::kNoOutput || stop - in < 2) return;
+      MBCSAction t = actions[a.nextState * 256u + in[1]];
+      if (!CompleteUnit(t)) return;
+      *out++ = t.output;
+      in += 2;
+    }
+  }
+}
+
 // Steps the trie over [in, inEnd), writing code units to [out, outEnd).
 // Returns 1 when the input is used up, 2 when there is no room for a code
 // unit (checked before every byte), 4 after consuming an invalid byte. state
@@ -64,6 +114,10 @@ inline bool CompleteUnit(MBCSAction a) {
 inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThrough const& pass,
                       unsigned char const*& in, unsigned char const* inEnd, unsigned short*& out,
                       unsigned short const* outEnd) {
+  // Which bytes the first row writes as themselves: asked once per call, when
+  // a stretch is long enough for the kernels (the table may have been edited).
+  bool asked = false;
+  simd::RowIdentity identity = simd::RowIdentity::kNone;
   for (;;) {
     if (!pass && state == 0) {
       // Between characters nothing carries over from one character to the
@@ -73,6 +127,10 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       // No character writes more units than it reads bytes, so while in is
       // short of stop there is room for one more unit: one bound suffices.
       unsigned char const* stop = in + (inEnd - in < outEnd - out ? inEnd - in : outEnd - out);
+      if (stop - in >= 64) {
+        if (!asked) identity = simd::RowKeeps(actions), asked = true;
+        if (identity != simd::RowIdentity::kNone) DecodeStretch(actions, identity, in, stop, out);
+      }
       // After a group fails (multi-byte text) the next few characters go one
       // by one, so text that is not single-byte pays little for the attempt.
       int oneByOne = 0;
@@ -81,7 +139,9 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
         // them only if every one is a complete unit (no branch per byte).
         if (oneByOne > 0) {
           --oneByOne;
-        } else if (stop - in >= 8) {
+        } else if (stop - in >= 8 && CompleteUnit(actions[*in])) {
+          // (Tried only from a single-byte character: text of two-byte codes,
+          // JIS X 0208 between ISO-2022 escapes, would fail every group.)
           std::uint32_t packed[8];
           std::uint32_t worst = 0;
           for (int i = 0; i < 8; ++i) {
@@ -150,6 +210,15 @@ inline void WriteBigEndian(unsigned long code, int n, char*& out) {
   for (int i = n - 1; i >= 0; --i) *out++ = static_cast<char>(code >> (8 * i));
 }
 
+// The code units a page writes as themselves in one byte: those below end,
+// except hole (a unit whose table entry is the missing value).
+struct IdentityUnits {
+  unsigned end = 0;
+  unsigned hole = 0xFFFF;
+  // The largest power of two the kernels take (0x80 or 0x100) within end, or 0.
+  unsigned KernelLimit() const { return end >= 0x100 ? 0x100 : end >= 0x80 ? 0x80 : 0; }
+};
+
 // Writes code units as codes. find(unit, code) looks a unit up; reached(n)
 // is the capacity rule, asked before writing n bytes. Returns 1 when the input
 // is used up, 2 when fewer than 4 bytes of room remain, 5 after consuming a
@@ -158,29 +227,24 @@ inline void WriteBigEndian(unsigned long code, int n, char*& out) {
 template <class Find, class Reached>
 int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*& in,
                unsigned short const* inEnd, char*& out, char const* outEnd, bool unlimited,
-               Reached&& reached, unsigned identityEnd = 0) {
+               Reached&& reached, IdentityUnits identity = {}) {
   for (;;) {
     if (unlimited && !pass) {
       // Nothing to ask before writing: encode in a tight loop until a unit
       // has no code or room runs short.
       while (in != inEnd && outEnd - out >= 4) {
-        if (*in < identityEnd) {
-          // Units the page writes as themselves: no lookup, eight at a time
-          // where the limit is a power of two.
+        if (*in < identity.end && *in != identity.hole) {
+          // Units the page writes as themselves: no lookup, and long runs in
+          // the vector kernel (up to the largest power of two within).
           unsigned short const* const stop = in + std::min<std::ptrdiff_t>(inEnd - in, outEnd - out - 3);
-          if ((identityEnd & (identityEnd - 1)) == 0) {
-            const std::uint64_t high = 0x0001000100010001ULL * (0x10000 - identityEnd);
-            while (stop - in >= 8) {
-              std::uint64_t a, b;
-              std::memcpy(&a, in, 8);
-              std::memcpy(&b, in + 4, 8);
-              if (((a | b) & high) != 0) break;
-              for (int i = 0; i < 8; ++i) out[i] = static_cast<char>(in[i]);
-              in += 8;
-              out += 8;
-            }
+          if (identity.KernelLimit() != 0 && stop - in >= 16) {
+            const std::size_t n = simd::Kernels().narrowBelow(in, static_cast<std::size_t>(stop - in),
+                                                              reinterpret_cast<unsigned char*>(out),
+                                                              identity.KernelLimit(), identity.hole);
+            in += n;
+            out += n;
           }
-          while (in != stop && *in < identityEnd) *out++ = static_cast<char>(*in++);
+          while (in != stop && *in < identity.end && *in != identity.hole) *out++ = static_cast<char>(*in++);
           continue;
         }
         unsigned long code;
@@ -188,6 +252,11 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
         ++in;
         if (code < 0x100) {
           *out++ = static_cast<char>(code);
+        } else if (code < 0x10000) {
+          // Two-byte codes (most of a Japanese text) without the length loop.
+          out[0] = static_cast<char>(code >> 8);
+          out[1] = static_cast<char>(code);
+          out += 2;
         } else {
           WriteBigEndian(code, CodeLength(code), out);
         }
@@ -260,14 +329,30 @@ int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short
   }
 }
 
+// The table as the stored shape Shape, or null. ISO-2022 converters build a
+// finder for every run of characters, where dynamic_cast (a search of the
+// hierarchy) would cost more than the run. Shape is final, so a table of
+// that exact type is the whole object, and its base lies at one offset from
+// it: the first cast finds the offset, later ones only compare types.
+template <class Shape>
+Shape const* AsShape(LookupUnsignedLongTable<unsigned short> const& table) {
+  static_assert(std::is_final_v<Shape>);
+  if (typeid(table) != typeid(Shape)) return nullptr;
+  static std::atomic<std::ptrdiff_t> offset{PTRDIFF_MIN};
+  std::ptrdiff_t o = offset.load(std::memory_order_relaxed);
+  if (o == PTRDIFF_MIN) {
+    o = reinterpret_cast<char const*>(&table) - reinterpret_cast<char const*>(dynamic_cast<Shape const*>(&table));
+    offset.store(o, std::memory_order_relaxed);
+  }
+  return reinterpret_cast<Shape const*>(reinterpret_cast<char const*>(&table) - o);
+}
+
 // The from-Unicode table, with its stored shape recognised once so that the
 // conversion loops search plane and delta data inline.
 class FromUnicodeFinder {
  public:
   explicit FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table)
-      : table_(table),
-        plane_(dynamic_cast<CodePagePlaneTable const*>(&table)),
-        delta_(dynamic_cast<CodePageDeltaTable const*>(&table)) {}
+      : table_(table), plane_(AsShape<CodePagePlaneTable>(table)), delta_(AsShape<CodePageDeltaTable>(table)) {}
   // With the shape recognised beforehand: plane or delta is the table itself
   // seen as that shape, or null.
   FromUnicodeFinder(LookupUnsignedLongTable<unsigned short> const& table, CodePagePlaneTable const* plane,
@@ -309,14 +394,15 @@ class FromUnicodeFinder {
     return With([&](auto const& find) { return find(u, code) ? 1 : 0; }) != 0;
   }
 
-  // The units below this limit are written as themselves in one byte (0 when
-  // the table does not say so at a glance: only a delta table whose first run
-  // starts at U+0000 with no offset does).
-  unsigned IdentityEnd() const {
-    if (delta_ == nullptr || delta_->Count() == 0) return 0;
+  // The units written as themselves in one byte, as far as the table says
+  // so at a glance: a delta table whose first run starts at U+0000 with no
+  // offset, or a plane table whose first plane holds them.
+  IdentityUnits Identity() const {
+    if (plane_ != nullptr) return {plane_->IdentityEnd(), plane_->IdentityHole()};
+    if (delta_ == nullptr || delta_->Count() == 0) return {};
     ChunkTableEntryUSL const& first = delta_->Runs()[0];
-    if (first.first != 0 || first.value != 0) return 0;
-    return first.last >= 0xFF ? 0x100 : first.last + 1u;
+    if (first.first != 0 || first.value != 0) return {};
+    return {first.last >= 0xFF ? 0x100 : first.last + 1u};
   }
 
  private:

@@ -3,6 +3,7 @@
 #include <climits>
 
 #include "varnice/encoding/internal_encoding.h"
+#include "varnice/simd/byte_kernels.h"
 #include "varnice/unicodeforms/form_pipelines.h"
 #include "varnice/unicodeforms/unicode_form_ids.h"
 
@@ -50,6 +51,9 @@ inline std::size_t WidenASCII(const unsigned char* in, std::size_t n, unsigned s
 #if defined(__SSE2__)
   const __m128i zero = _mm_setzero_si128();
   for (; i + 16 <= n; i += 16) {
+    // A run that has gone on for 32 bytes is likely long: the rest goes to
+    // the vector kernel. Short runs between other characters stay here.
+    if (i == 32 && n - i >= 64) return i + varnice::internal::simd::Kernels().widenASCII(in + i, n - i, out + i);
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + i));
     if (_mm_movemask_epi8(bytes) != 0) break;
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm_unpacklo_epi8(bytes, zero));
@@ -68,6 +72,9 @@ inline std::size_t NarrowASCII(const unsigned short* in, std::size_t n, unsigned
   const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
   const __m128i zero = _mm_setzero_si128();
   for (; i + 16 <= n; i += 16) {
+    if (i == 32 && n - i >= 64) {
+      return i + varnice::internal::simd::Kernels().narrowBelow(in + i, n - i, out + i, 0x80, 0xFFFF);
+    }
     const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + i));
     const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + i + 8));
     const __m128i highBits = _mm_and_si128(_mm_or_si128(a, b), high);
