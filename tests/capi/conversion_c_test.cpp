@@ -28,10 +28,14 @@ const unsigned short* Units(const std::u16string& s) { return reinterpret_cast<c
 
 std::u16string Text(const std::vector<unsigned short>& buffer, int n) { return {buffer.begin(), buffer.begin() + n}; }
 
-// Each test starts from, and leaves, the process-wide table as it found it.
+// Each test starts from an empty process-wide table, whatever other tests
+// registered before, and leaves the table as it found it.
 class CInterface : public testing::Test {
  protected:
-  void SetUp() override { saved_ = DataEncodings(); }
+  void SetUp() override {
+    saved_ = DataEncodings();
+    DataEncodings() = DataEncodingTable();
+  }
   void TearDown() override { DataEncodings() = saved_; }
 
   DataEncodingTable saved_;
