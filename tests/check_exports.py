@@ -112,6 +112,17 @@ MUST_EXPORT = [
     "Varnice_compare_JIS_pl",
     "UCS2toupper",
     "UTF8toupper",
+    "qz_wcstok",
+    "qz_wcsftime",
+    "qz_fgetws",
+    "qz_fwide",
+    "qz_setlocale",
+    "qz_localeconv",
+    "GetCPUTime",
+    "PutFileIntoBinaryMode",
+    "WideFileInfo::FindFile(",
+    "WideFileInfo::sFileTable",
+    "Locale::CurrentExternalEncoding()",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

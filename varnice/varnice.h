@@ -80,8 +80,12 @@
 #include "varnice/unicodeforms/utf8.h"
 #include "varnice/widec/printf_engine.h"
 #include "varnice/widec/qz_exception.h"
+#include "varnice/widec/qz_locale.h"
 #include "varnice/widec/qz_string.h"
+#include "varnice/widec/qz_wchar.h"
 #include "varnice/widec/qz_wstring.h"
 #include "varnice/widec/same_ignoring_case.h"
+#include "varnice/widec/scanf_engine.h"
+#include "varnice/widec/wide_file_info.h"
 
 #endif  // VARNICE_VARNICE_H_
