@@ -123,6 +123,10 @@ MUST_EXPORT = [
     "WideFileInfo::FindFile(",
     "WideFileInfo::sFileTable",
     "Locale::CurrentExternalEncoding()",
+    "ScanfEngine<unsigned short>::Scan(",
+    "SampleUnicodeSource::SampleUnicodeSource(",
+    "SampleTextSource::FillBuffer()",
+    "EncodingRepertoire::Test(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

@@ -19,6 +19,8 @@ int Usage(FILE* out) {
       "  char X... look characters up: each X is U+XXXX, 0xXXXX or text, and\n"
       "            every character gets its code point, category, script,\n"
       "            width and upper- and lower-case forms\n"
+      "  sample -t ENCODING [--script NAME] [--bytes N] [--seed S]\n"
+      "            sample text in an encoding: its characters, or random words\n"
       "  version   print the library version\n",
       out);
   return out == stdout ? cli::kOk : cli::kUsage;
@@ -41,6 +43,7 @@ int main(int argc, char** argv) {
   char** args = argv + 2;
   if (std::strcmp(command, "convert") == 0) return cli::RunConvert(count, args);
   if (std::strcmp(command, "detect") == 0) return cli::RunDetect(count, args);
+  if (std::strcmp(command, "sample") == 0) return cli::RunSample(count, args);
   if (std::strcmp(command, "help") == 0 || std::strcmp(command, "--help") == 0 || std::strcmp(command, "-h") == 0) {
     return Usage(stdout);
   }
