@@ -119,7 +119,14 @@ TEST(EncodingRepertoire, HoldsWhatTheEncodingGivesBack) {
   EXPECT_TRUE(sjis.Test(0x3042));
   EXPECT_TRUE(sjis.Test(0xFF71));
   EXPECT_FALSE(sjis.Test(0xAC00));
+  // An escape would change how the rest is read, and U+FFFD written as the
+  // substitute only looks like a round trip.
+  const EncodingRepertoire jis(*ExternalEncoding::ISO2022JP());
+  EXPECT_FALSE(jis.Test(0x1B));
+  EXPECT_FALSE(jis.Test(0xFFFD));
+  EXPECT_TRUE(jis.Test('\n'));
   const EncodingRepertoire utf8(*ExternalEncoding::Unicode20UTF8());
+  EXPECT_TRUE(utf8.Test(0xFFFD));
   const CharacterProperty with_controls = *AnyDefinedCharacter + *ControlCharacter;
   SampleUnicodeSource all(&with_controls);
   EXPECT_EQ(utf8.Size(), all.Repertoire().size());

@@ -16,6 +16,23 @@ EncodingRepertoire::EncodingRepertoire(const ExternalEncoding& encoding) : encod
     }
   }
   Check(candidates.data(), candidates.data() + candidates.size());
+  // A control can change how what follows it is read (an ESC in ISO-2022), so
+  // within a long run it may line up by chance: it must also survive alone
+  // between spaces. U+FFFD comes back from anything undecodable, so it must
+  // moreover not be written as the noncharacter U+FFFE is (a substitute).
+  const unsigned short substituted[3] = {' ', 0xFFFE, ' '};
+  const qz_string substitute(substituted, 3, encoding_);
+  for (unsigned long c = 1; c <= 0xFFFD; c = c == 0x9F ? 0xFFFD : c + 1) {
+    if (!Test(c)) continue;
+    const unsigned short text[3] = {' ', static_cast<unsigned short>(c), ' '};
+    const qz_string bytes(text, 3, encoding_);
+    const qz_wstring back(bytes.data(), bytes.size(), encoding_);
+    if (back.size() != 3 || back[0] != text[0] || back[1] != text[1] || back[2] != text[2] ||
+        (c == 0xFFFD && bytes == substitute)) {
+      bits_[c >> 5] &= ~(std::uint32_t{1} << (c & 31));
+      --size_;
+    }
+  }
 }
 
 // Converts the run there and back in one go. When as many units come back as

@@ -1,7 +1,8 @@
 // EncodingRepertoire: the characters an external encoding writes and reads
 // back unchanged, as a character test. Worked out once, when constructed, by
 // converting every assigned character (controls included) of the Basic
-// Multilingual Plane there and back (a few milliseconds), and held as a bit per code unit.
+// Multilingual Plane there and back in one run (a few milliseconds), the
+// controls and U+FFFD once more alone; held as a bit per code unit.
 //
 // Left out whatever the encoding does not give back unchanged: characters it
 // lacks (written as its substitute), one-way mappings, and also U+0000, the
