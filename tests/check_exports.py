@@ -115,6 +115,21 @@ MUST_EXPORT = [
     "Varnice_compare_JIS_pl",
     "UCS2toupper",
     "UTF8toupper",
+    "qz_wcstok",
+    "qz_wcsftime",
+    "qz_fgetws",
+    "qz_fwide",
+    "qz_setlocale",
+    "qz_localeconv",
+    "GetCPUTime",
+    "PutFileIntoBinaryMode",
+    "WideFileInfo::FindFile(",
+    "WideFileInfo::sFileTable",
+    "Locale::CurrentExternalEncoding()",
+    "ScanfEngine<unsigned short>::Scan(",
+    "SampleUnicodeSource::SampleUnicodeSource(",
+    "SampleTextSource::FillBuffer()",
+    "EncodingRepertoire::Test(",
 ]
 # Namespaces and prefixes that hold implementation details only.
 MUST_NOT_EXPORT = ["varnice::internal::", "varnice_internal_", "(anonymous namespace)"]

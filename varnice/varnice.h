@@ -42,6 +42,9 @@
 #include "varnice/encoding/unicode_lib_behavior.h"
 #include "varnice/encoding/unicode_lib_director.h"
 #include "varnice/encoding/unicode_library.h"
+#include "varnice/sample/encoding_repertoire.h"
+#include "varnice/sample/sample_text_source.h"
+#include "varnice/sample/sample_unicode_source.h"
 #include "varnice/stream/buffer_char16_sink.h"
 #include "varnice/stream/buffer_char16_source.h"
 #include "varnice/stream/buffer_char_sink.h"
@@ -84,8 +87,12 @@
 #include "varnice/unicodeforms/utf8.h"
 #include "varnice/widec/printf_engine.h"
 #include "varnice/widec/qz_exception.h"
+#include "varnice/widec/qz_locale.h"
 #include "varnice/widec/qz_string.h"
+#include "varnice/widec/qz_wchar.h"
 #include "varnice/widec/qz_wstring.h"
 #include "varnice/widec/same_ignoring_case.h"
+#include "varnice/widec/scanf_engine.h"
+#include "varnice/widec/wide_file_info.h"
 
 #endif  // VARNICE_VARNICE_H_

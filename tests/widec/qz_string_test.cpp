@@ -4,6 +4,7 @@
 
 #include <string_view>
 #include <thread>
+#include <unordered_set>
 #include <vector>
 
 #include "varnice/widec/qz_exception.h"
@@ -271,6 +272,34 @@ TEST(QzString, CopiesFromManyThreadsKeepTheCountRight) {
   original[0] = 'T';
   EXPECT_EQ(original.data(), array);
   EXPECT_EQ(V(original), "Text shared between threads");
+}
+
+}  // namespace
+
+namespace {
+
+TEST(QzStringHash, EqualStringsHashAlikeAndWorkAsKeys) {
+  std::unordered_set<qz_string> names;
+  names.insert(qz_string("Shift_JIS"));
+  names.insert(qz_string("EUC-JP"));
+  const qz_string copy = *names.find(qz_string("Shift_JIS"));
+  EXPECT_TRUE(names.contains(copy));
+  EXPECT_FALSE(names.contains(qz_string("Shift_JI")));
+  // Comparison stops at a 0 both share, so these are equal and must hash alike.
+  const qz_string a("ab\0x", 4), b("ab\0y", 4);
+  ASSERT_EQ(a, b);
+  EXPECT_EQ(std::hash<qz_string>{}(a), std::hash<qz_string>{}(b));
+  EXPECT_NE(std::hash<qz_string>{}(qz_string("ab\0", 3)), std::hash<qz_string>{}(qz_string("ab")));
+
+  std::unordered_set<qz_wstring> wide;
+  const unsigned short kana[] = {0x3042, 0x3044, 0};
+  wide.insert(qz_wstring(kana));
+  EXPECT_TRUE(wide.contains(qz_wstring(kana, 2)));
+  EXPECT_FALSE(wide.contains(qz_wstring(kana, 1)));
+  const unsigned short x[] = {'a', 0, 'x'}, y[] = {'a', 0, 'y'};
+  ASSERT_EQ(qz_wstring(x, 3), qz_wstring(y, 3));
+  EXPECT_EQ(std::hash<qz_wstring>{}(qz_wstring(x, 3)), std::hash<qz_wstring>{}(qz_wstring(y, 3)));
+  EXPECT_EQ(std::hash<qz_wstring>{}(qz_wstring()), std::hash<qz_wstring>{}(qz_wstring(kana, 0)));
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ int RunList(int argc, char** argv);
 int RunChar(int argc, char** argv);
 int RunConvert(int argc, char** argv);
 int RunDetect(int argc, char** argv);
+int RunSample(int argc, char** argv);
 
 // The transforms of `--transform`: NAME[:TEST][,NAME[:TEST]...], in the order
 // given. False after a usage message that lists the valid names.

@@ -20,6 +20,8 @@ int Usage(FILE* out) {
       "  char X... look characters up: each X is U+XXXX, 0xXXXX or text, and\n"
       "            every character gets its code point, category, script,\n"
       "            width and upper- and lower-case forms\n"
+      "  sample -t ENCODING [--script NAME] [--bytes N] [--seed S]\n"
+      "            sample text in an encoding: its characters, or random words\n"
       "  version   print the library version (also: varnice --version)\n",
       out);
   return out == stdout ? cli::kOk : cli::kUsage;
@@ -63,6 +65,7 @@ int Run(int argc, char** argv) {
     return cli::kOk;
   }
   if (std::strcmp(command, "detect") == 0) return cli::RunDetect(count, args);
+  if (std::strcmp(command, "sample") == 0) return cli::RunSample(count, args);
   if (std::strcmp(command, "help") == 0 || std::strcmp(command, "--help") == 0 || std::strcmp(command, "-h") == 0) {
     return Usage(stdout);
   }

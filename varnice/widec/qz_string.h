@@ -19,7 +19,10 @@
 #ifndef VARNICE_WIDEC_QZ_STRING_H_
 #define VARNICE_WIDEC_QZ_STRING_H_
 
+#include <algorithm>
 #include <compare>
+#include <cstddef>
+#include <functional>
 #include <string_view>
 
 #include "varnice/varnice_export.h"
@@ -121,5 +124,17 @@ class VARNICE_API qz_string {
 
 VARNICE_API qz_string operator+(const qz_string& a, const qz_string& b);
 VARNICE_API qz_string operator+(const qz_string& a, char c);
+
+// Equal strings hash alike: as compare does, the hash reads up to the first
+// 0 byte and then takes the length into account.
+template <>
+struct std::hash<qz_string> {
+  std::size_t operator()(const qz_string& s) const noexcept {
+    const char* end = std::find(s.data(), s.data() + s.size(), '\0');
+    const std::size_t prefix =
+        std::hash<std::string_view>{}(std::string_view(s.data(), static_cast<std::size_t>(end - s.data())));
+    return prefix ^ (std::size_t{s.size()} * 0x9E3779B97F4A7C15ULL);
+  }
+};
 
 #endif  // VARNICE_WIDEC_QZ_STRING_H_

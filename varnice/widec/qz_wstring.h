@@ -3,7 +3,11 @@
 #ifndef VARNICE_WIDEC_QZ_WSTRING_H_
 #define VARNICE_WIDEC_QZ_WSTRING_H_
 
+#include <algorithm>
 #include <compare>
+#include <cstddef>
+#include <functional>
+#include <string_view>
 
 #include "varnice/varnice_export.h"
 #include "varnice/widec/qz_basic_string.h"
@@ -102,5 +106,17 @@ class VARNICE_API qz_wstring {
 
 VARNICE_API qz_wstring operator+(const qz_wstring& a, const qz_wstring& b);
 VARNICE_API qz_wstring operator+(const qz_wstring& a, unsigned short c);
+
+// Equal strings hash alike: as compare does, the hash reads up to the first
+// 0 unit and then takes the length into account.
+template <>
+struct std::hash<qz_wstring> {
+  std::size_t operator()(const qz_wstring& s) const noexcept {
+    const unsigned short* end = std::find(s.data(), s.data() + s.size(), 0);
+    const std::size_t prefix = std::hash<std::string_view>{}(std::string_view(
+        reinterpret_cast<const char*>(s.data()), sizeof(unsigned short) * static_cast<std::size_t>(end - s.data())));
+    return prefix ^ (std::size_t{s.size()} * 0x9E3779B97F4A7C15ULL);
+  }
+};
 
 #endif  // VARNICE_WIDEC_QZ_WSTRING_H_
