@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fresh_process.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -132,7 +134,8 @@ TEST(EncodingRepertoire, HoldsWhatTheEncodingGivesBack) {
   EXPECT_EQ(utf8.Size(), all.Repertoire().size());
 }
 
-TEST(SampleTextSource, EveryWritableEncodingRoundTripsItsWholeRepertoire) {
+// In a fresh process: only the catalogue's encodings, not other tests' stubs.
+FRESH_PROCESS_TEST(SampleTextSource, EveryWritableEncodingRoundTripsItsWholeRepertoire) {
   EncodingCatalogue::CreateAll();
   const CharacterProperty with_controls = *AnyDefinedCharacter + *ControlCharacter;
   unsigned encodings = 0;
