@@ -46,7 +46,9 @@ std::size_t WidenASCIIPlain(unsigned char const* in, std::size_t n, unsigned sho
 
 constexpr std::uint64_t kHighBytes = 0x8080808080808080ULL;
 
-std::size_t DecodeRowWords(void const* row, unsigned char const* in, std::size_t n, unsigned short* out) {
+// Widens the leading groups of eight bytes that are all ASCII; returns how
+// many bytes that was.
+std::size_t WidenASCIIGroups(unsigned char const* in, std::size_t n, unsigned short* out) {
   std::size_t i = 0;
   for (; i + 8 <= n; i += 8) {
     std::uint64_t w;
@@ -54,6 +56,11 @@ std::size_t DecodeRowWords(void const* row, unsigned char const* in, std::size_t
     if ((w & kHighBytes) != 0) break;
     for (int k = 0; k < 8; ++k) out[i + k] = in[i + k];
   }
+  return i;
+}
+
+std::size_t DecodeRowWords(void const* row, unsigned char const* in, std::size_t n, unsigned short* out) {
+  const std::size_t i = WidenASCIIGroups(in, n, out);
   return i + DecodeRowPlain(row, in + i, n - i, out + i);
 }
 
@@ -74,13 +81,7 @@ std::size_t NarrowBelowWords(unsigned short const* in, std::size_t n, unsigned c
 }
 
 std::size_t WidenASCIIWords(unsigned char const* in, std::size_t n, unsigned short* out) {
-  std::size_t i = 0;
-  for (; i + 8 <= n; i += 8) {
-    std::uint64_t w;
-    std::memcpy(&w, in + i, 8);
-    if ((w & kHighBytes) != 0) break;
-    for (int k = 0; k < 8; ++k) out[i + k] = in[i + k];
-  }
+  const std::size_t i = WidenASCIIGroups(in, n, out);
   return i + WidenASCIIPlain(in + i, n - i, out + i);
 }
 

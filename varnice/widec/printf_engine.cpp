@@ -10,6 +10,7 @@
 
 #include "varnice/stream/char16_sink.h"
 #include "varnice/stream/char_sink.h"
+#include "varnice/widec/argument_list.h"
 
 namespace varnice::internal {
 namespace {
@@ -106,16 +107,6 @@ struct Directive {
   int width = 0;
   int precision = -1;  // -1: none given
   Length length = Length::kNone;
-};
-
-// Owns the engine's copy of the caller's argument list.
-struct ArgumentList {
-  explicit ArgumentList(std::va_list args) { va_copy(list, args); }
-  ~ArgumentList() { va_end(list); }
-  ArgumentList(const ArgumentList&) = delete;
-  ArgumentList& operator=(const ArgumentList&) = delete;
-
-  std::va_list list;
 };
 
 static_assert(sizeof(std::intmax_t) <= sizeof(long long));

@@ -8,6 +8,7 @@
 
 #include "varnice/capi/varnice_c.h"
 #include "varnice/stream/char16_source.h"
+#include "varnice/widec/argument_list.h"
 
 namespace varnice::internal {
 namespace {
@@ -57,16 +58,6 @@ void SkipSpace(Input& in) {
 }
 
 enum class Length { kNone, kHH, kH, kL, kLL, kZ, kJ, kT, kBigL };
-
-// Owns the engine's copy of the caller's argument list.
-struct ArgumentList {
-  explicit ArgumentList(std::va_list args) { va_copy(list, args); }
-  ~ArgumentList() { va_end(list); }
-  ArgumentList(const ArgumentList&) = delete;
-  ArgumentList& operator=(const ArgumentList&) = delete;
-
-  std::va_list list;
-};
 
 // Stores the low bits of `value` in the integer the length modifier names;
 // signed and unsigned targets of one size receive the same bits.
