@@ -1,63 +1,18 @@
 // The varnice command, run as a person would run it: output bytes, messages
 // and exit codes.
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <unistd.h>
+
 #include <string>
+
+#include "tests/cli/command_fixture.h"
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace cli_test;
 
 const std::string kSamples = VARNICE_SOURCE_DIR "/examples/samples/";
 
-std::string ReadFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-void WriteFile(const fs::path& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-class Command : public ::testing::Test {
- protected:
-  void SetUp() override {
-    dir_ = fs::temp_directory_path() / ("varnice-cli-" + std::to_string(::getpid()) + "-" +
-                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(dir_);
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
-  // Runs `varnice ARGS` in the test's directory, after `before` (a pipe).
-  Outcome Varnice(const std::string& args, const std::string& before = "") {
-    const std::string err = (dir_ / "stderr").string();
-    const std::string command =
-        "cd '" + dir_.string() + "' && " + before + "'" VARNICE_CLI_PATH "' " + args + " 2>'" + err + "'";
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    std::string out;
-    char buffer[4096];
-    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, ReadFile(err)};
-  }
-  fs::path Path(const std::string& name) const { return dir_ / name; }
-
-  fs::path dir_;
-};
+class Command : public CommandFixture {};
 
 TEST_F(Command, ConvertsEverySampleToUtf8NamedOrDetected) {
   const std::string japanese = ReadFile(kSamples + "japanese.utf8.txt");

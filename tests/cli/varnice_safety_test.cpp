@@ -1,64 +1,24 @@
 // The varnice command never damages text or files without saying so: strict
 // reading, exact failure offsets, whole-character substitutes, summaries, and
 // output written through devices, pipes and links.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
+
+#include "tests/cli/command_fixture.h"
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace cli_test;
 
-std::string ReadFile(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-struct Outcome {
-  int status;
-  std::string out;
-  std::string err;
-};
-
-class Safety : public ::testing::Test {
+class Safety : public CommandFixture {
  protected:
-  void SetUp() override {
-    dir_ = fs::temp_directory_path() / ("varnice-safety-" + std::to_string(::getpid()) + "-" +
-                                        ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directories(dir_);
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
-  void Write(const std::string& name, const std::string& bytes) {
-    std::ofstream(dir_ / name, std::ios::binary) << bytes;
-  }
-  Outcome Varnice(const std::string& args, const std::string& before = "") {
-    const std::string err = (dir_ / "stderr").string();
-    const std::string command =
-        "cd '" + dir_.string() + "' && " + before + "'" VARNICE_CLI_PATH "' " + args + " 2>'" + err + "'";
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    std::string out;
-    char buffer[4096];
-    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, out, ReadFile(dir_ / "stderr")};
-  }
   // Converts the bytes given and returns the outcome.
   Outcome Convert(const std::string& options, const std::string& input) {
     Write("in", input);
     return Varnice("convert " + options + " in");
   }
-
-  fs::path dir_;
 };
 
 const std::string kR = "\xEF\xBF\xBD";
