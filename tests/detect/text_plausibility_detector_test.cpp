@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string>
 
+#include "tests/detect/detect_test_support.h"
 #include "varnice/varnice.h"
 
 namespace {
@@ -23,12 +24,7 @@ class Plausibility : public ::testing::Test {
   }
 
   static const ExternalEncoding* Detect(const AutoDetectEncoding& detecting, const std::string& bytes) {
-    BufferCharSource in(bytes.data(), bytes.data() + bytes.size());
-    LinearAllocator arena(4096, __FILE__, __LINE__);
-    ExternalEncoding::ToUnicodeSource* reader = detecting.CreateCharSourceToUnicode(in, arena);
-    const ExternalEncoding* chosen = reader->ActualInputEncoding();
-    delete reader;
-    return chosen;
+    return detect_test::Detect(detecting, bytes);
   }
 
   const AutoDetectEncoding& automatic = *AutoDetectEncoding::General();
