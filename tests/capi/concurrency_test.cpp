@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "varnice/capi/varnice_c.h"
-#include "varnice/encoding/encoding_catalogue.h"
+#include "varnice/encoding/catalogue/encoding_catalogue.h"
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/widec/qz_string.h"
 #include "varnice/widec/qz_wstring.h"

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "varnice/encoding/block_converter.h"
-#include "varnice/encoding/block_external_encoding.h"
+#include "varnice/stream/converting/block_external_encoding.h"
 #include "varnice/encoding/linear_allocator.h"
 
 namespace codepage_test {

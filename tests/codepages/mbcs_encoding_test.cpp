@@ -10,7 +10,7 @@
 #include "tests/stream/stream_test_support.h"
 #include "varnice/encoding/encoding_variation.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
-#include "varnice/stream/converting_sources.h"
+#include "varnice/stream/converting/converting_sources.h"
 
 namespace {
 

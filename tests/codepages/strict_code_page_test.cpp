@@ -9,7 +9,7 @@
 #include "tests/codepages/code_page_data.h"
 #include "varnice/codepages/mbcs_encoding.h"
 #include "varnice/encoding/linear_allocator.h"
-#include "varnice/encoding/strict_decoder.h"
+#include "varnice/encoding/catalogue/strict_decoder.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/stream/stream_test_support.h"
-#include "varnice/encoding/unicode11_encoding.h"
+#include "varnice/encoding/unicode/unicode11_encoding.h"
 
 namespace {
 

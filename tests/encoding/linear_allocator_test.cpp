@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <stdexcept>
 
-#include "varnice/encoding/unicode_lib_actor.h"
+#include "varnice/encoding/actors/unicode_lib_actor.h"
 
 namespace {
 

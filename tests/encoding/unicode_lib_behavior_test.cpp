@@ -10,7 +10,7 @@
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/encoding/internal_encoding.h"
 #include "varnice/encoding/qz_unicode_per_thread.h"
-#include "varnice/encoding/unicode_lib_actor.h"
+#include "varnice/encoding/actors/unicode_lib_actor.h"
 #include "varnice/encoding/unicode_lib_director.h"
 
 #include <thread>

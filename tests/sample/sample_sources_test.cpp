@@ -13,7 +13,7 @@
 
 #include "varnice/charprops/character_property.h"
 #include "varnice/charprops/classification.h"
-#include "varnice/encoding/encoding_catalogue.h"
+#include "varnice/encoding/catalogue/encoding_catalogue.h"
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/sample/encoding_repertoire.h"
 #include "varnice/sample/sample_unicode_source.h"

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "varnice/encoding/block_converter.h"
-#include "varnice/encoding/block_external_encoding.h"
+#include "varnice/stream/converting/block_external_encoding.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
 #include "varnice/stream/char16_sink.h"
 #include "varnice/stream/char16_source.h"

@@ -36,8 +36,8 @@ SCRIPT = "gen_charprops.py"
 UCD = "data/unicode-2.1.8/UnicodeData.txt"
 BLOCKS = "data/unicode-2.1.8/Blocks.txt"
 EAW = "data/unicode-15.0/EastAsianWidth.txt"
-PROPERTY_OUT = "varnice/charprops/property_tables.cpp"
-CASE_OUT = "varnice/charprops/case_tables.cpp"
+PROPERTY_OUT = "varnice/charprops/generated/property_tables.cpp"
+CASE_OUT = "varnice/charprops/generated/case_tables.cpp"
 
 CATEGORIES = [
     "Lu", "Ll", "Lt", "Lm", "Lo", "Mn", "Mc", "Me", "Nd", "Nl", "No", "Pc", "Pd", "Ps",

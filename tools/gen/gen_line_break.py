@@ -26,7 +26,7 @@ sides (the lookup default), so they bind to their neighbours.
 import genlib
 
 SCRIPT = "gen_line_break.py"
-OUT = "varnice/encoding/line_break_tables.cpp"
+OUT = "varnice/encoding/unicode/generated/line_break_tables.cpp"
 DEFAULT = 1
 
 # class: (before, after)
@@ -82,7 +82,7 @@ def generate(root):
                       "data/unicode-15.0/DerivedAge.txt"),
         "// Values: 0 allow, 1 object (the default), 2 force, 3 veto; the larger\n"
         "// of after(a) and before(b) decides. See the generator for the scheme.\n",
-        '#include "varnice/encoding/unicode_data_tables.h"\n',
+        '#include "varnice/encoding/unicode/unicode_data_tables.h"\n',
         "namespace varnice::internal {\n",
         table("kLineBreakBefore", before),
         table("kLineBreakAfter", after),

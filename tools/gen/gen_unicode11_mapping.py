@@ -17,7 +17,7 @@ means "unchanged": 2.0 syllables that 1.1 lacked map to themselves.
 import genlib
 
 SCRIPT = "gen_unicode11_mapping.py"
-OUT = "varnice/encoding/unicode11_mapping_tables.cpp"
+OUT = "varnice/encoding/unicode/generated/unicode11_mapping_tables.cpp"
 
 S_BASE, L_BASE, V_BASE, T_BASE = 0xAC00, 0x1100, 0x1161, 0x11A7
 L_COUNT, V_COUNT, T_COUNT = 19, 21, 28
@@ -89,7 +89,7 @@ def generate(root):
                       "data/unicode-2.1.8/UnicodeData.txt"),
         f"// {len(to20)} code points move from 1.1 to 2.0 and {len(from20)} back;\n"
         "// a null row or a zero entry leaves a code unit unchanged.\n",
-        '#include "varnice/encoding/unicode_data_tables.h"\n',
+        '#include "varnice/encoding/unicode/unicode_data_tables.h"\n',
         "namespace varnice::internal {\n",
         "namespace {\n",
     ]

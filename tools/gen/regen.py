@@ -30,9 +30,13 @@ def main(argv):
     check = "--check" in argv
     stale = []
     count = 0
+    written = set()
     for name, module in generators():
         for rel, text in module.generate(ROOT).items():
             count += 1
+            written.add(rel)
+            if "/generated/" not in rel:
+                stale.append(f"{rel} (from {name}) is outside a generated/ folder")
             target = ROOT / rel
             old = target.read_text(encoding="utf-8") if target.exists() else None
             if old == text:
@@ -44,6 +48,11 @@ def main(argv):
                 target.write_text(text, encoding="utf-8")
                 print(f"wrote {rel}")
     if check:
+        # A file in a generated/ folder that no generator writes is stale too.
+        for path in sorted(ROOT.glob("varnice/**/generated/*")):
+            rel = str(path.relative_to(ROOT))
+            if rel not in written:
+                stale.append(f"{rel} is written by no generator")
         for s in stale:
             print(f"out of date: {s}")
         print(f"{count} generated files checked, {len(stale)} out of date")

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <new>
 
-#include "varnice/encoding/unicode_lib_allocator.h"
+#include "varnice/encoding/actors/unicode_lib_allocator.h"
 
 namespace varnice::internal {
 

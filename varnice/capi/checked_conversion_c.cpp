@@ -7,9 +7,9 @@
 
 #include "varnice/capi/data_encoding_table.h"
 #include "varnice/capi/varnice_c.h"
-#include "varnice/encoding/encoding_catalogue.h"
+#include "varnice/encoding/catalogue/encoding_catalogue.h"
 #include "varnice/encoding/external_encoding.h"
-#include "varnice/encoding/transcoder.h"
+#include "varnice/encoding/catalogue/transcoder.h"
 
 namespace {
 

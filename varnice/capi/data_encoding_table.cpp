@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "varnice/encoding/encoding_catalogue.h"
+#include "varnice/encoding/catalogue/encoding_catalogue.h"
 #include "varnice/encoding/encodingconverter/encoding_converter.h"
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/encoding/internal_encoding.h"

@@ -11,9 +11,9 @@
 
 #include <cstdint>
 
-#include "varnice/charprops/character_enums.h"
-#include "varnice/charprops/character_script.h"
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_enums.h"
+#include "varnice/charprops/types/character_script.h"
+#include "varnice/charprops/types/character_test.h"
 #include "varnice/varnice_export.h"
 
 class VARNICE_API CharacterProperty : public CharacterTest {

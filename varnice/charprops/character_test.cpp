@@ -1,4 +1,4 @@
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_test.h"
 
 #include <vector>
 

@@ -4,7 +4,7 @@
 #define VARNICE_CHARPROPS_CLASSIFICATION_H_
 
 #include "varnice/charprops/character_property.h"
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_test.h"
 #include "varnice/varnice_export.h"
 
 // Space, line and paragraph separators, U+0009-U+000D and U+0020. Other

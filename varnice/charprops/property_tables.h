@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "varnice/charprops/character_enums.h"
+#include "varnice/charprops/types/character_enums.h"
 #include "varnice/tables/lookup_functions.h"
 #include "varnice/tables/lookup_records.h"
 

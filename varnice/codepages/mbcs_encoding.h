@@ -17,7 +17,7 @@
 
 #include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/encoding/block_converter.h"
-#include "varnice/encoding/block_external_encoding.h"
+#include "varnice/stream/converting/block_external_encoding.h"
 #include "varnice/encoding/external_encoding_detector.h"
 #include "varnice/tables/table.h"
 #include "varnice/varnice_export.h"

@@ -11,7 +11,7 @@
 
 #include "varnice/detect/encoding_chooser.h"
 #include "varnice/encoding/external_encoding.h"
-#include "varnice/stream/proxy_streams.h"
+#include "varnice/stream/converting/proxy_streams.h"
 #include "varnice/varnice_export.h"
 
 class BufferCharSource;

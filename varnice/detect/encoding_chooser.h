@@ -16,7 +16,7 @@
 #ifndef VARNICE_DETECT_ENCODING_CHOOSER_H_
 #define VARNICE_DETECT_ENCODING_CHOOSER_H_
 
-#include "varnice/encoding/unicode_lib_actor.h"
+#include "varnice/encoding/actors/unicode_lib_actor.h"
 #include "varnice/varnice_export.h"
 
 class ExternalEncoding;

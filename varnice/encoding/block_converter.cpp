@@ -1,26 +1,14 @@
 #include "varnice/encoding/block_converter.h"
 
-#include "varnice/encoding/block_external_encoding.h"
-
 BlockConverter_8_to_16::~BlockConverter_8_to_16() = default;
 
 int BlockConverter_8_to_16::Finish(unsigned short*&, const unsigned short*) { return kConversionDone; }
-
-BlockConverter_8_to_16* BlockConverter_8_to_16::CreateRelatedConverterToUnicode(
-    const BlockExternalEncoding& encoding, UnicodeLibAllocator& allocator) {
-  return encoding.CreateConverterToUnicode(allocator);
-}
 
 BlockConverter_16_to_8::~BlockConverter_16_to_8() = default;
 
 int BlockConverter_16_to_8::Finish(char*&, const char*) { return kConversionDone; }
 
 void BlockConverter_16_to_8::Reset() { capacityReached_ = false; }
-
-BlockConverter_16_to_8* BlockConverter_16_to_8::CreateRelatedConverterFromUnicode(
-    const BlockExternalEncoding& encoding, UnicodeLibAllocator& allocator) {
-  return encoding.CreateConverterFromUnicode(allocator);
-}
 
 bool BlockConverter_16_to_8::ReachedCapacity(long n, long reserve, long& capacity) {
   if (capacity == -1) return false;

@@ -40,6 +40,7 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   // The Unicode forms, made (with their variation) on first call: UTF-8 and
   // UTF-7 of Unicode 2.0 and 1.1; their big-endian two-byte forms; and
   // ("UCS-2") the host-order two-byte form with a byte-order mark.
+  // Defined in varnice/unicodeforms/unicode_form_factories.cpp, a layer above.
   static ExternalEncoding* Unicode20UTF8();
   static ExternalEncoding* Unicode11UTF8();
   static ExternalEncoding* Unicode20UTF7();
@@ -58,7 +59,8 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   static ExternalEncoding* LookupCodePage(unsigned int cp);
 
   // The table-driven code pages and ISO-2022-JP, each made on first call and
-  // kept until unload.
+  // kept until unload. Defined by the code pages, a layer above
+  // (varnice/codepages/code_page_factories.cpp, iso2022_encoding.cpp).
   static ExternalEncoding* ASCII();
   static ExternalEncoding* CP1252();
   static ExternalEncoding* EUCPkdFmtJapanese();

@@ -4,7 +4,7 @@
 #ifndef VARNICE_ENCODING_EXTERNAL_ENCODING_DETECTOR_H_
 #define VARNICE_ENCODING_EXTERNAL_ENCODING_DETECTOR_H_
 
-#include "varnice/encoding/unicode_lib_allocator.h"
+#include "varnice/encoding/actors/unicode_lib_allocator.h"
 #include "varnice/varnice_export.h"
 
 class ExternalEncoding;

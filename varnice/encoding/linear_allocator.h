@@ -5,7 +5,7 @@
 #ifndef VARNICE_ENCODING_LINEAR_ALLOCATOR_H_
 #define VARNICE_ENCODING_LINEAR_ALLOCATOR_H_
 
-#include "varnice/encoding/unicode_lib_allocator.h"
+#include "varnice/encoding/actors/unicode_lib_allocator.h"
 #include "varnice/varnice_export.h"
 
 class CharSink;

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <new>
 
+#include "varnice/encoding/actors/unicode_lib_actor.h"
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/widec/qz_exception.h"
 
@@ -121,3 +122,10 @@ UnicodeLibBehavior* UnicodeLibBehavior::SetDefaultBehavior(UnicodeLibBehavior* b
 UnicodeLibBehavior* UnicodeLibBehavior::SetDefaultBehavior(UnicodeLibBehavior& behavior) {
   return SetDefaultBehavior(&behavior);
 }
+
+// Every stage captures the default current when it is made.
+UnicodeLibActor::UnicodeLibActor() : behavior_(UnicodeLibBehavior::GetDefaultBehavior()) {}
+UnicodeLibActor::UnicodeLibActor(UnicodeLibBehavior* behavior)
+    : behavior_(behavior != nullptr ? behavior : UnicodeLibBehavior::GetDefaultBehavior()) {}
+UnicodeLibActor::UnicodeLibActor(const UnicodeLibActor* other)
+    : behavior_(other != nullptr ? other->behavior_ : UnicodeLibBehavior::GetDefaultBehavior()) {}

@@ -1,6 +1,6 @@
 #include "varnice/encoding/unicode_lib_director.h"
 
-#include "varnice/encoding/unicode_lib_actor.h"
+#include "varnice/encoding/actors/unicode_lib_actor.h"
 
 UnicodeLibDirector::UnicodeLibDirector(UnicodeLibActor* first, UnicodeLibActor* second)
     : first_(first), second_(second) {}

@@ -13,7 +13,7 @@
 
 #include <cstdint>
 
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_test.h"
 #include "varnice/varnice_export.h"
 
 class ExternalEncoding;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "varnice/charprops/character_property.h"
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_test.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdarg>
 
 #include "varnice/stream/char16_source.h"
-#include "varnice/widec/printf_engine.h"
+#include "varnice/stream/printf_engine.h"
 
 Char16Sink::Char16Sink(const UnicodeLibActor& actor) : UnicodeLibActor(actor) {}
 Char16Sink::Char16Sink(const UnicodeLibActor* actor) : UnicodeLibActor(actor) {}

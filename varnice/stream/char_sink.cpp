@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "varnice/stream/char_source.h"
-#include "varnice/widec/printf_engine.h"
+#include "varnice/stream/printf_engine.h"
 
 CharSink::CharSink(const UnicodeLibActor& actor) : UnicodeLibActor(actor) {}
 CharSink::CharSink(const UnicodeLibActor* actor) : UnicodeLibActor(actor) {}

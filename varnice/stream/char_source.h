@@ -13,7 +13,7 @@
 #ifndef VARNICE_STREAM_CHAR_SOURCE_H_
 #define VARNICE_STREAM_CHAR_SOURCE_H_
 
-#include "varnice/encoding/unicode_lib_actor.h"
+#include "varnice/encoding/actors/unicode_lib_actor.h"
 #include "varnice/varnice_export.h"
 
 class VARNICE_API CharSource : public virtual UnicodeLibActor {

@@ -18,7 +18,7 @@
 
 #include <cstdint>
 
-#include "varnice/charprops/character_enums.h"
+#include "varnice/charprops/types/character_enums.h"
 #include "varnice/tables/lookup_records.h"
 #include "varnice/varnice_export.h"
 

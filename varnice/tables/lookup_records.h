@@ -12,7 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "varnice/charprops/character_enums.h"
+#include "varnice/charprops/types/character_enums.h"
 
 // Chunk records. USL is also the shape of every delta and gap table, whose
 // value is a signed difference added to the key.

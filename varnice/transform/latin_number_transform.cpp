@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_test.h"
 #include "varnice/transform/language_tables.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "varnice/transform/unicode_transform.h"
 
 #include "varnice/charprops/character_property.h"
-#include "varnice/charprops/character_test.h"
+#include "varnice/charprops/types/character_test.h"
 
 UnicodeTransform::UnicodeTransform(Char16Source& source, const InternalEncoding& encoding,
                                    const CharacterTest& test)

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "varnice/charprops/character_script.h"
-#include "varnice/stream/converting_sinks.h"
-#include "varnice/stream/converting_sources.h"
-#include "varnice/stream/proxy_streams.h"
+#include "varnice/charprops/types/character_script.h"
+#include "varnice/stream/converting/converting_sinks.h"
+#include "varnice/stream/converting/converting_sources.h"
+#include "varnice/stream/converting/proxy_streams.h"
 #include "varnice/unicodeforms/unicode_form_ids.h"
 #include "varnice/widec/qz_auto_ptr.h"
 

@@ -2,9 +2,9 @@
 
 #include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/internal_encoding.h"
-#include "varnice/stream/converting_sinks.h"
-#include "varnice/stream/converting_sources.h"
-#include "varnice/stream/proxy_streams.h"
+#include "varnice/stream/converting/converting_sinks.h"
+#include "varnice/stream/converting/converting_sources.h"
+#include "varnice/stream/converting/proxy_streams.h"
 #include "varnice/widec/qz_auto_ptr.h"
 
 namespace varnice::internal {

@@ -11,7 +11,7 @@
 
 #include "varnice/codepages/mbcs_encoding.h"
 #include "varnice/encoding/block_converter.h"
-#include "varnice/encoding/block_external_encoding.h"
+#include "varnice/stream/converting/block_external_encoding.h"
 #include "varnice/encoding/encoding_variation.h"
 #include "varnice/varnice_export.h"
 

@@ -20,7 +20,7 @@
 #include "varnice/encoding/linear_allocator.h"
 #include "varnice/encoding/unicode_lib_director.h"
 #include "varnice/encoding/unicode_library.h"
-#include "varnice/stream/proxy_streams.h"
+#include "varnice/stream/converting/proxy_streams.h"
 #include "varnice/varnice_export.h"
 #include "varnice/widec/qz_string.h"
 
