@@ -8,11 +8,18 @@ Inputs are the .ucm mappings of data/codepages (see data/SOURCES.md): flag 0
 trip mapping is outside the code page's repertoire. JIS X 0201 is made by rule,
 JIS X 0208 is cut out of EUC-JP, and Shift_JIS gets its user-defined area.
 
+The list of pages and every fact about them (numbers, names, MIME names, code
+page numbers, ASCII flag, table shapes, mapping file) is data/codepages/
+catalogue.txt; from it this generator also writes the encodings' factories and
+registry entries (generated/code_page_catalogue.cpp), and checks the factory
+declarations of external_encoding.h against it.
+
 Trie: state 0 reads the first byte; every distinct proper prefix of a code gets
 a state of its own, numbered by (length, bytes), so the lead bytes come first in
 ascending order and the EUC-JP 0x8F second bytes after them. 0xFFFF marks a lead
 byte, 0xFFFD an invalid byte (next state 0).
 """
+import collections
 import pathlib
 import re
 
@@ -23,39 +30,54 @@ SCRIPT = "gen_codepages.py"
 INVALID = 0xFFFD
 LEAD = 0xFFFF
 
-# (factory, file name, source file or rule, from-Unicode shape, missing value)
-# The shapes keep each table small: planes for scattered data, delta runs
-# where the mapping is mostly shifted blocks, gaps for sparse EBCDIC pages.
-PAGES = [
-    ("ASCII", "ascii", "windows-20127-2000.ucm", "delta", 26),
-    ("CP1252", "cp1252", "windows-1252-2000.ucm", "plane", 26),
-    ("EUCPkdFmtJapanese", "euc_jp", "glibc-EUC_JP-2.1.2.ucm", "plane", 26),
-    ("HalfWidthKatakana", "jis_x0201", "rule:jisx0201", "plane", 26),
-    ("ISO87JISX0208", "jis_x0208", "rule:jisx0208", "plane", 26),
-    ("ISOLatin1", "iso_8859_1", "windows-28591-2000.ucm", "delta", 26),
-    ("ISOLatin2", "iso_8859_2", "windows-28592-2000.ucm", "plane", 26),
-    ("ISOLatin3", "iso_8859_3", "windows-28593-2000.ucm", "plane", 26),
-    ("ISOLatin5", "iso_8859_9", "windows-28599-2000.ucm", "delta", 26),
-    ("PC850Multilingual", "cp850", "windows-850-2000.ucm", "plane", 26),
-    ("PC8CodePage437", "cp437", "windows-437-2000.ucm", "plane", 26),
-    ("ShiftJIS", "shift_jis", "rule:sjis", "plane", 26),
-    ("CP932", "cp932", "windows-932-2000.ucm", "plane", 26),
-    ("CP852", "cp852", "windows-852-2000.ucm", "plane", 26),
-    ("CP857", "cp857", "windows-857-2000.ucm", "plane", 26),
-    ("CP860", "cp860", "windows-860-2000.ucm", "plane", 26),
-    ("CP863", "cp863", "windows-863-2000.ucm", "plane", 26),
-    ("CP870", "cp870", "windows-870-2000.ucm", "plane", 63),
-    ("CP1250", "cp1250", "windows-1250-2000.ucm", "plane", 26),
-    ("CP1254", "cp1254", "windows-1254-2000.ucm", "plane", 26),
-    ("CP20105", "cp20105", "windows-20105-2000.ucm", "delta", 26),
-    ("CP20290", "cp20290", "windows-20290-2000.ucm", "plane", 63),
-    ("CP21027", "cp21027", "windows-21027-2000.ucm", "plane", 26),
-    ("CP28599", "cp28599", "windows-28599-2000.ucm", "delta", 26),
-    ("ISO_8859_15", "iso_8859_15", "windows-28605-2000.ucm", "delta", 26),
-    ("CCSID290", "ccsid290", "ibm-290_P100-1995.ucm", "gap", 63),
-    ("CCSID942", "ccsid942", "ibm-942_P12A-1999.ucm", "plane", 26),
-    ("CCSID1027", "ccsid1027", "ibm-1027_P100-1995.ucm", "gap", 63),
-]
+CATALOGUE = "data/codepages/catalogue.txt"
+HEADER = "varnice/encoding/external_encoding.h"
+COLUMNS = ("number", "factory", "cls", "tables", "mime", "code_page", "ascii", "mapping",
+           "shape", "missing", "nicknames")
+Page = collections.namedtuple("Page", COLUMNS)
+# The classes a catalogue line may name, and where each is declared.
+CLASSES = {
+    "MBCSEncoding": "varnice/codepages/mbcs_encoding.h",
+    "ISO2022JPEncoding": "varnice/codepages/iso2022_encoding.h",
+}
+SHAPES = ("plane", "delta", "gap")
+
+
+def read_catalogue(root):
+    """The lines of data/codepages/catalogue.txt as Pages, in file order; a
+    dash stands for None. Refuses a file that breaks its own rules."""
+    pages = []
+    text = (root / CATALOGUE).read_text(encoding="utf-8")
+    for number, line in enumerate(text.splitlines(), 1):
+        if not line.strip() or line.startswith("#"):
+            continue
+        cells = [c.strip() for c in line.split("|")]
+        where = "%s:%d" % (CATALOGUE, number)
+        if len(cells) != len(COLUMNS):
+            raise ValueError("%s: %d columns, not %d" % (where, len(cells), len(COLUMNS)))
+        cells = [None if c == "-" else c for c in cells]
+        page = Page(*cells)._replace(
+            number=int(cells[0]), code_page=int(cells[5]),
+            ascii={"yes": True, "no": False, None: None}[cells[6]],
+            missing=None if cells[9] is None else int(cells[9]),
+            nicknames=[n.strip() for n in (cells[10] or "").split(",")])
+        table_driven = page.cls == "MBCSEncoding"
+        if page.cls not in CLASSES:
+            raise ValueError("%s: unknown class %s" % (where, page.cls))
+        if table_driven != all(v is not None for v in (page.tables, page.ascii, page.mapping,
+                                                        page.shape, page.missing)):
+            raise ValueError("%s: a table-driven page needs tables, ASCII, mapping, shape "
+                             "and missing; any other class none of them" % where)
+        if page.shape not in SHAPES + (None,):
+            raise ValueError("%s: unknown shape %s" % (where, page.shape))
+        if not 0 <= page.number <= 141 or (pages and page.number <= pages[-1].number):
+            raise ValueError("%s: numbers must rise within 0-141" % where)
+        if any(page.factory == p.factory or (page.tables and page.tables == p.tables)
+               for p in pages):
+            raise ValueError("%s: factory or tables named twice" % where)
+        pages.append(page)
+    return pages
+
 
 RULE_SOURCES = {
     "rule:jisx0201": "the JIS X 0201 rule of data/SOURCES.md",
@@ -259,7 +281,7 @@ def render_header(names):
         "LookupUnsignedLongTable<unsigned short> const& %sFromUnicodeTable();" % (n, n)
         for n in names)
     return (
-        genlib.banner(SCRIPT, "data/codepages")
+        genlib.banner(SCRIPT, CATALOGUE, "data/codepages")
         + "// The constant tables of every table-driven code page, built on first use.\n"
         "#ifndef VARNICE_CODEPAGES_GENERATED_CODE_PAGE_TABLES_H_\n"
         "#define VARNICE_CODEPAGES_GENERATED_CODE_PAGE_TABLES_H_\n\n"
@@ -274,19 +296,87 @@ def render_header(names):
         "#endif  // VARNICE_CODEPAGES_GENERATED_CODE_PAGE_TABLES_H_\n" % decls)
 
 
+def c_string(text):
+    return "nullptr" if text is None else '"%s"' % text
+
+
+def render_factory(page):
+    """The definition of ExternalEncoding::<factory>(): the encoding is a
+    function-local static made on first call."""
+    opening = "  static %s encoding(" % page.cls
+    lines = ["TextEncodingID(%d), k%sNames, %s, %d" % (page.number, page.factory,
+                                                     c_string(page.mime), page.code_page)]
+    if page.cls == "MBCSEncoding":
+        lines += ["varnice::internal::%sToUnicodeTable()" % page.factory,
+                  "varnice::internal::%sFromUnicodeTable(), %s"
+                  % (page.factory, "true" if page.ascii else "false")]
+    return ("ExternalEncoding* ExternalEncoding::%s() {\n%s%s);\n  return &encoding;\n}\n"
+            % (page.factory, opening, (",\n" + " " * len(opening)).join(lines)))
+
+
+def render_catalogue(pages):
+    includes = sorted({CLASSES[p.cls] for p in pages}
+                      | {"varnice/codepages/code_page_catalogue.h",
+                         OUT_DIR + "/code_page_tables.h"})
+    names = "".join("const char* k%sNames[] = {%s, nullptr};\n"
+                    % (p.factory, ", ".join(c_string(n) for n in p.nicknames)) for p in pages)
+    creates = "".join("  ExternalEncoding::%s();\n" % p.factory for p in pages)
+    return (
+        genlib.banner(SCRIPT, CATALOGUE)
+        + "// The registry entries and factories of the code pages and ISO-2022-JP. The\n"
+        "// tables of a page are made before its encoding, while the constructor's\n"
+        "// arguments are evaluated, so at exit they are destroyed after it.\n"
+        + "".join('#include "%s"\n' % i for i in includes)
+        + "\nnamespace {\n\n// The nicknames, the primary name first.\n%s\n}  // namespace\n\n" % names
+        + "\n".join(render_factory(p) for p in pages)
+        + "\nvoid varnice::internal::CreateCodePages() {\n%s}\n" % creates)
+
+
+DECLARATION = re.compile(r"\s*static ExternalEncoding\* (\w+)\(\);")
+
+
+def problems(root):
+    """Where the hand-written factory declarations of external_encoding.h
+    disagree with the catalogue: the declarations that follow the comment
+    naming the catalogue must list its factories, in its order."""
+    lines = (root / HEADER).read_text(encoding="utf-8").splitlines()
+    marks = [i for i, line in enumerate(lines) if CATALOGUE in line]
+    if not marks:
+        return ["%s: no comment names %s above the code-page factories" % (HEADER, CATALOGUE)]
+    i = marks[0]
+    while i < len(lines) and lines[i].strip().startswith("//"):
+        i += 1
+    declared = []
+    while i < len(lines) and DECLARATION.match(lines[i]):
+        declared.append(DECLARATION.match(lines[i]).group(1))
+        i += 1
+    listed = [p.factory for p in read_catalogue(root)]
+    if declared == listed:
+        return []
+    out = ["%s declares %s() but %s does not list it" % (HEADER, f, CATALOGUE)
+           for f in declared if f not in listed]
+    out += ["%s lists %s but %s does not declare %s()" % (CATALOGUE, f, HEADER, f)
+            for f in listed if f not in declared]
+    return out or ["%s declares the factories in another order than %s" % (HEADER, CATALOGUE)]
+
+
 def generate(root):
+    pages = read_catalogue(root)
+    tabled = [p for p in pages if p.cls == "MBCSEncoding"]
     files = {}
-    for name, slug, source, shape, missing in PAGES:
-        maps = mappings(root, source)
-        _, _, text = render_page(name, source, shape, missing, maps)
-        files["%s/%s.cpp" % (OUT_DIR, slug)] = text
-    files[OUT_DIR + "/code_page_tables.h"] = render_header([p[0] for p in PAGES])
+    for p in tabled:
+        _, _, text = render_page(p.factory, p.mapping, p.shape, p.missing, mappings(root, p.mapping))
+        files["%s/%s.cpp" % (OUT_DIR, p.tables)] = text
+    files[OUT_DIR + "/code_page_tables.h"] = render_header([p.factory for p in tabled])
+    files[OUT_DIR + "/code_page_catalogue.cpp"] = render_catalogue(pages)
     return files
 
 
 if __name__ == "__main__":
     # Prints each page's state count and from-Unicode shape.
     root = pathlib.Path(__file__).resolve().parents[2]
-    for name, _, source, shape, missing in PAGES:
-        rows, summary, _ = render_page(name, source, shape, missing, mappings(root, source))
-        print("%-20s %4d states  %s" % (name, len(rows), summary))
+    for p in read_catalogue(root):
+        if p.cls == "MBCSEncoding":
+            rows, summary, _ = render_page(p.factory, p.mapping, p.shape, p.missing,
+                                           mappings(root, p.mapping))
+            print("%-20s %4d states  %s" % (p.factory, len(rows), summary))

@@ -3,7 +3,10 @@
 
 Each generator is a module tools/gen/gen_*.py with a function
     generate(root: pathlib.Path) -> dict[str, str]
-that returns the generated files (path relative to the repository root -> text).
+that returns the generated files (path relative to the repository root -> text),
+and may have a function
+    problems(root: pathlib.Path) -> list[str]
+naming hand-written text that disagrees with its data; any problem fails both modes.
 Generators use the Python standard library only.
 
     python3 tools/gen/regen.py          # write the files
@@ -31,7 +34,12 @@ def main(argv):
     stale = []
     count = 0
     written = set()
+    failed = 0
     for name, module in generators():
+        wrong = module.problems(ROOT) if hasattr(module, "problems") else []
+        for p in wrong:
+            print(f"disagrees with its data: {p} (checked by {name})")
+        failed += len(wrong)
         for rel, text in module.generate(ROOT).items():
             count += 1
             written.add(rel)
@@ -55,10 +63,10 @@ def main(argv):
                 stale.append(f"{rel} is written by no generator")
         for s in stale:
             print(f"out of date: {s}")
-        print(f"{count} generated files checked, {len(stale)} out of date")
-        return 1 if stale else 0
+        print(f"{count} generated files checked, {len(stale)} out of date, {failed} disagreement(s)")
+        return 1 if stale or failed else 0
     print(f"{count} generated files up to date")
-    return 0
+    return 1 if failed else 0
 
 
 if __name__ == "__main__":

@@ -1,29 +1,17 @@
-// The registry entries of the table-driven code pages: number, names, code
-// page, whether the bytes are ASCII-based, and the tables behind them. The
-// encoding factories build their singletons from these.
+// The catalogue of code pages: the table-driven pages and ISO-2022-JP, each
+// with its number, names, MIME name, code page, ASCII flag and tables, are
+// listed once, in data/codepages/catalogue.txt. tools/gen/gen_codepages.py
+// writes from it the tables (generated/<page>.cpp), the factories
+// (ExternalEncoding::ShiftJIS() and the others) and the function below
+// (generated/code_page_catalogue.cpp).
 #ifndef VARNICE_CODEPAGES_CODE_PAGE_CATALOGUE_H_
 #define VARNICE_CODEPAGES_CODE_PAGE_CATALOGUE_H_
 
-#include "varnice/codepages/mbcs_to_unicode_table.h"
-#include "varnice/tables/table.h"
-
 namespace varnice::internal {
 
-struct CodePageEntry {
-  unsigned int number;
-  char const** nicknames;  // null-terminated
-  char const* mimeName;    // may be null
-  unsigned int codePage;   // 0 for none
-  bool asciiBased;
-  MBCStoUnicodeTable const& (*toUnicode)();
-  LookupUnsignedLongTable<unsigned short> const& (*fromUnicode)();
-};
-
-inline constexpr int kCodePageCount = 28;
-extern CodePageEntry const kCodePages[kCodePageCount];
-
-// The entry with that encoding number, or null.
-CodePageEntry const* FindCodePage(unsigned int number);
+// Makes every code page and ISO-2022-JP, in the order of their numbers, so
+// that the registry lists them in that order.
+void CreateCodePages();
 
 }  // namespace varnice::internal
 

@@ -4,8 +4,6 @@
 
 namespace {
 
-const char* kISO2022JPNames[] = {"ISO-2022-JP", "csISO2022JP", nullptr};
-
 const BlockExternalEncoding& BlockEncodingOf(const ISO2022Subencoding& sub) {
   return dynamic_cast<const BlockExternalEncoding&>(*sub.encoding);
 }
@@ -107,7 +105,9 @@ void ISO2022fromUnicode::Reset() {
   writer_.Reset();
 }
 
-ISO2022JPEncoding::ISO2022JPEncoding() : GenericISO2022Encoding(TextEncodingID(14), kISO2022JPNames, nullptr, 0) {}
+ISO2022JPEncoding::ISO2022JPEncoding(TextEncodingID id, const char** nicknames, const char* mimeName,
+                                     unsigned int codePage)
+    : GenericISO2022Encoding(id, nicknames, mimeName, codePage) {}
 
 ISO2022JPEncoding::~ISO2022JPEncoding() = default;
 
@@ -134,11 +134,6 @@ int ISO2022JPEncoding::ChooseEncoding(unsigned short unit, int current) const {
 
 ExternalEncodingDetector* ISO2022JPEncoding::CreateEncodingDetector(UnicodeLibAllocator& a) const {
   return new (a) ISO2022JPDetector(*this);
-}
-
-ExternalEncoding* ExternalEncoding::ISO2022JP() {
-  static ISO2022JPEncoding encoding;
-  return &encoding;
 }
 
 ISO2022JPDetector::ISO2022JPDetector(const ExternalEncoding& encoding) : ExternalEncodingDetector(encoding, 0, 0) {}

@@ -102,8 +102,9 @@ class VARNICE_API ISO2022JPEncoding : public GenericISO2022Encoding {
   ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
 
  private:
+  // Made only by ExternalEncoding::ISO2022JP(), from its catalogue entry.
   friend class ExternalEncoding;
-  ISO2022JPEncoding();
+  ISO2022JPEncoding(TextEncodingID id, const char** nicknames, const char* mimeName, unsigned int codePage);
 };
 
 // Score() rises by one for each escape into JIS X 0201 Roman or JIS X 0208

@@ -59,8 +59,10 @@ class VARNICE_API ExternalEncoding : public TextEncoding {
   static ExternalEncoding* LookupCodePage(unsigned int cp);
 
   // The table-driven code pages and ISO-2022-JP, each made on first call and
-  // kept until unload. Defined by the code pages, a layer above
-  // (varnice/codepages/code_page_factories.cpp, iso2022_encoding.cpp).
+  // kept until unload. Their facts are listed once, in data/codepages/catalogue.txt;
+  // the generator defines these factories from it a layer above
+  // (varnice/codepages/generated/code_page_catalogue.cpp) and fails when this
+  // list, in the catalogue's order, is not the catalogue's.
   static ExternalEncoding* ASCII();
   static ExternalEncoding* CP1252();
   static ExternalEncoding* EUCPkdFmtJapanese();
