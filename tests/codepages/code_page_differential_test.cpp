@@ -36,7 +36,7 @@ TEST_P(CodePageDifferential, EveryListedSequenceDecodesToItsCodePoint) {
   for (auto const& [bytes, u] : data.toUnicode) {
     c.to->Reset();
     auto d = Decode(*c.to, bytes + next);
-    ASSERT_EQ(d.result, 1) << Hex(bytes);
+    ASSERT_EQ(d.result, kInputUsedUp) << Hex(bytes);
     ASSERT_EQ(d.units, std::u16string({static_cast<char16_t>(u), static_cast<char16_t>(nextUnit)})) << Hex(bytes);
   }
 }
@@ -57,11 +57,11 @@ TEST_P(CodePageDifferential, UnlistedBytesAndPairsAreInvalid) {
       if (data.toUnicode.count(bytes) || data.prefixes.count(bytes)) continue;
       c.to->Reset();
       auto d = Decode(*c.to, bytes + next);
-      ASSERT_EQ(d.result, 4) << Hex(bytes);
+      ASSERT_EQ(d.result, kNoCharacterDefined) << Hex(bytes);
       ASSERT_EQ(d.consumed, bytes.size()) << "consumed through the invalid byte: " << Hex(bytes);
       ASSERT_TRUE(d.units.empty()) << Hex(bytes);
       d = Decode(*c.to, next);
-      ASSERT_EQ(d.result, 1);
+      ASSERT_EQ(d.result, kInputUsedUp);
       ASSERT_EQ(d.units, std::u16string(1, static_cast<char16_t>(nextUnit))) << "back in state 0: " << Hex(bytes);
       ++invalid;
     }
@@ -84,13 +84,13 @@ TEST_P(CodePageDifferential, RoundTripCodePointsEncodeBackAndNothingElseDoes) {
                     !(it->second.size() == 1 && static_cast<unsigned char>(it->second[0]) == page.missing);
     ASSERT_EQ(e.consumed, 1u);
     if (storable) {
-      ASSERT_EQ(e.result, 1) << std::hex << u;
+      ASSERT_EQ(e.result, kInputUsedUp) << std::hex << u;
       ASSERT_EQ(e.hex, codepage_test::Hex(it->second)) << std::hex << u;
       unsigned long code = 0;
       for (unsigned char b : it->second) code = code << 8 | b;
       ASSERT_EQ(encoding.FromUnicode(static_cast<unsigned short>(u)), code) << std::hex << u;
     } else {
-      ASSERT_EQ(e.result, 5) << std::hex << u;
+      ASSERT_EQ(e.result, kNotInTargetRepertoire) << std::hex << u;
       ASSERT_TRUE(e.hex.empty());
       ASSERT_EQ(encoding.FromUnicode(static_cast<unsigned short>(u)), 0xFFFDu) << std::hex << u;
     }
@@ -114,7 +114,7 @@ TEST_P(CodePageDifferential, WholeRepertoireConvertsAsOneText) {
     std::vector<char> encoded(bytes.size() + 4);
     auto const* units = reinterpret_cast<unsigned short const*>(text.data());
     char* o = encoded.data();
-    ASSERT_EQ(c.from->Convert(units, units + text.size(), o, encoded.data() + encoded.size(), budget), 1);
+    ASSERT_EQ(c.from->Convert(units, units + text.size(), o, encoded.data() + encoded.size(), budget), kInputUsedUp);
     ASSERT_EQ(std::string(encoded.data(), o), bytes) << budget;
   }
 
@@ -125,8 +125,8 @@ TEST_P(CodePageDifferential, WholeRepertoireConvertsAsOneText) {
     unsigned short* out = block;
     int r = c.to->Convert(in, bytes.data() + bytes.size(), out, block + 7);
     decoded.append(block, out);
-    if (r == 1) break;
-    ASSERT_EQ(r, 2);
+    if (r == kInputUsedUp) break;
+    ASSERT_EQ(r, kOutputFull);
   }
   ASSERT_EQ(decoded, text);
 }

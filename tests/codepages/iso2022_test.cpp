@@ -32,7 +32,7 @@ TEST(ISO2022JPEncoding, RegistryEntryAndSubencodings) {
 
 TEST(ISO2022toUnicode, EscapesSelectSubencodings) {
   Converters c(ExternalEncoding::ISO2022JP());
-  EXPECT_EQ(Decode(*c.to, "\x1B$B\x30\x21\x1B(BA"), (Decoded{1, u"\u4E9CA", 9}));
+  EXPECT_EQ(Decode(*c.to, "\x1B$B\x30\x21\x1B(BA"), (Decoded{kInputUsedUp, u"\u4E9CA", 9}));
   EXPECT_EQ(Reader(c).CurrentSubencoding(), 0);
   // The old JIS X 0208 escape reads the same table; JIS X 0201 Roman has the
   // yen sign where ASCII has the backslash.
@@ -43,7 +43,7 @@ TEST(ISO2022toUnicode, EscapesSelectSubencodings) {
 
 TEST(ISO2022toUnicode, EscapeAndCharacterSplitAcrossBlocks) {
   Converters c(ExternalEncoding::ISO2022JP());
-  EXPECT_EQ(Decode(*c.to, "A\x1B$"), (Decoded{1, u"A", 3})) << "the partial escape waits";
+  EXPECT_EQ(Decode(*c.to, "A\x1B$"), (Decoded{kInputUsedUp, u"A", 3})) << "the partial escape waits";
   EXPECT_EQ(Decode(*c.to, "B\x30").units, u"");
   EXPECT_EQ(Reader(c).CurrentSubencoding(), 3);
   EXPECT_EQ(Decode(*c.to, "\x21").units, u"\u4E9C");
@@ -53,25 +53,25 @@ TEST(ISO2022toUnicode, UnknownOrIncompleteEscapeIsAnEscapeCharacter) {
   Converters c(ExternalEncoding::ISO2022JP());
   EXPECT_EQ(Decode(*c.to, "\x1B(IA").units, u"\x1B(IA");
   EXPECT_EQ(Decode(*c.to, "\x1B").units, u"");
-  EXPECT_EQ(Finish(*c.to), (Decoded{0, u"\x1B", 0}));
+  EXPECT_EQ(Finish(*c.to), (Decoded{kConversionDone, u"\x1B", 0}));
 }
 
 TEST(ISO2022toUnicode, HeldBytesConvertOnTheNextCallWithoutNewInput) {
   Converters c(ExternalEncoding::ISO2022JP());
   // 0x30 0x7F has no character in JIS X 0208; all of the block is taken in.
-  EXPECT_EQ(Decode(*c.to, "\x1B$B\x30\x7F\x30\x21"), (Decoded{4, u"", 7}));
-  EXPECT_EQ(Decode(*c.to, ""), (Decoded{1, u"\u4E9C", 0}));
+  EXPECT_EQ(Decode(*c.to, "\x1B$B\x30\x7F\x30\x21"), (Decoded{kNoCharacterDefined, u"", 7}));
+  EXPECT_EQ(Decode(*c.to, ""), (Decoded{kInputUsedUp, u"\u4E9C", 0}));
   // Output full: the rest comes with the next call.
   c.to->Reset();
-  EXPECT_EQ(Decode(*c.to, "ABC", 1), (Decoded{2, u"A", 3}));
+  EXPECT_EQ(Decode(*c.to, "ABC", 1), (Decoded{kOutputFull, u"A", 3}));
   EXPECT_EQ(Decode(*c.to, "").units, u"BC");
 }
 
 TEST(ISO2022fromUnicode, RomanForYenAndBackAtTheEnd) {
   Converters c(ExternalEncoding::ISO2022JP());
-  EXPECT_EQ(Encode(*c.from, u"A\u00A5B"), (Encoded{1, "41 1B 28 4A 5C 42", 3}));
-  EXPECT_EQ(Finish(*c.from), (Encoded{0, "1B 28 42", 0}));
-  EXPECT_EQ(Finish(*c.from), (Encoded{0, "", 0})) << "nothing more once back in ASCII";
+  EXPECT_EQ(Encode(*c.from, u"A\u00A5B"), (Encoded{kInputUsedUp, "41 1B 28 4A 5C 42", 3}));
+  EXPECT_EQ(Finish(*c.from), (Encoded{kConversionDone, "1B 28 42", 0}));
+  EXPECT_EQ(Finish(*c.from), (Encoded{kConversionDone, "", 0})) << "nothing more once back in ASCII";
 }
 
 TEST(ISO2022fromUnicode, BackslashLeavesRoman) {
@@ -82,28 +82,28 @@ TEST(ISO2022fromUnicode, BackslashLeavesRoman) {
 
 TEST(ISO2022fromUnicode, NoRoomWritesNoEscape) {
   Converters c(ExternalEncoding::ISO2022JP());
-  EXPECT_EQ(Encode(*c.from, u"\u4E9C", -1, 2), (Encoded{2, "", 0}));
+  EXPECT_EQ(Encode(*c.from, u"\u4E9C", -1, 2), (Encoded{kOutputFull, "", 0}));
   EXPECT_EQ(Writer(c).CurrentSubencoding(), 0);
   // Finish never writes past the room it is given.
   Encode(*c.from, u"\u4E9C");
-  EXPECT_EQ(Finish(*c.from, 2), (Encoded{2, "", 0}));
+  EXPECT_EQ(Finish(*c.from, 2), (Encoded{kOutputFull, "", 0}));
 }
 
 TEST(ISO2022fromUnicode, CapacityKeepsRoomForTheFinalEscape) {
   Converters c(ExternalEncoding::ISO2022JP());
   // Escape (3) + kept for the way back (3) + the kanji (2) = 8.
-  EXPECT_EQ(Encode(*c.from, u"\u4E9C", 7), (Encoded{7, "1B 24 42", 1})) << "the escape fits, the kanji does not";
+  EXPECT_EQ(Encode(*c.from, u"\u4E9C", 7), (Encoded{kCapacityReached, "1B 24 42", 1})) << "the escape fits, the kanji does not";
   EXPECT_TRUE(c.from->CapacityWasReached());
-  EXPECT_EQ(Encode(*c.from, u"A", 100).result, 7) << "refused until Reset";
+  EXPECT_EQ(Encode(*c.from, u"A", 100).result, kCapacityReached) << "refused until Reset";
   c.from->Reset();
   EXPECT_EQ(Writer(c).CurrentSubencoding(), 0);
-  EXPECT_EQ(Encode(*c.from, u"\u4E9C", 8), (Encoded{1, "1B 24 42 30 21", 1}));
+  EXPECT_EQ(Encode(*c.from, u"\u4E9C", 8), (Encoded{kInputUsedUp, "1B 24 42 30 21", 1}));
 }
 
 TEST(ISO2022fromUnicode, UnmappableCharacterPassesUp) {
   Converters c(ExternalEncoding::ISO2022JP());
   // e-acute is chosen for JIS X 0208, which lacks it.
-  EXPECT_EQ(Encode(*c.from, u"\u00E9A"), (Encoded{5, "1B 24 42", 1}));
+  EXPECT_EQ(Encode(*c.from, u"\u00E9A"), (Encoded{kNotInTargetRepertoire, "1B 24 42", 1}));
 }
 
 TEST(ISO2022JPDetector, CountsSwitchingEscapesOncePenalisesHighBytes) {

@@ -49,26 +49,26 @@ TEST(CodePageCatalogue, NamesAndCodePagesFindTheEncodings) {
 
 TEST(MBCStoUnicode, CharacterSplitAcrossBlocksAndDroppedAtTheEnd) {
   Converters c(ExternalEncoding::ShiftJIS());
-  EXPECT_EQ(Decode(*c.to, "A\x81"), (Decoded{1, u"A", 2})) << "the lead byte waits in the state";
+  EXPECT_EQ(Decode(*c.to, "A\x81"), (Decoded{kInputUsedUp, u"A", 2})) << "the lead byte waits in the state";
   EXPECT_EQ(Decode(*c.to, "\x40").units, u"\u3000");
   Decode(*c.to, "\x81");
-  EXPECT_EQ(Finish(*c.to), (Decoded{0, u"", 0})) << "an incomplete character is dropped";
-  EXPECT_EQ(Decode(*c.to, "\x40").result, 1) << "and the next text starts afresh";
+  EXPECT_EQ(Finish(*c.to), (Decoded{kConversionDone, u"", 0})) << "an incomplete character is dropped";
+  EXPECT_EQ(Decode(*c.to, "\x40").result, kInputUsedUp) << "and the next text starts afresh";
 }
 
 TEST(MBCStoUnicode, InvalidBytesAreConsumedAndReported) {
   Converters c(ExternalEncoding::ShiftJIS());
-  EXPECT_EQ(Decode(*c.to, "\x80" "B"), (Decoded{4, u"", 1}));
+  EXPECT_EQ(Decode(*c.to, "\x80" "B"), (Decoded{kNoCharacterDefined, u"", 1}));
   EXPECT_EQ(Decode(*c.to, "B").units, u"B");
   // An unassigned trail byte is consumed with its lead.
-  EXPECT_EQ(Decode(*c.to, "\x81\x7F" "C"), (Decoded{4, u"", 2}));
+  EXPECT_EQ(Decode(*c.to, "\x81\x7F" "C"), (Decoded{kNoCharacterDefined, u"", 2}));
   EXPECT_EQ(Decode(*c.to, "C").units, u"C");
 }
 
 TEST(MBCStoUnicode, NoOutputRoomConsumesNothing) {
   Converters c(ExternalEncoding::ShiftJIS());
-  EXPECT_EQ(Decode(*c.to, "\x81\x40", 0), (Decoded{2, u"", 0})) << "not even a lead byte that would write nothing";
-  EXPECT_EQ(Decode(*c.to, "", 0).result, 1) << "input used up is checked first";
+  EXPECT_EQ(Decode(*c.to, "\x81\x40", 0), (Decoded{kOutputFull, u"", 0})) << "not even a lead byte that would write nothing";
+  EXPECT_EQ(Decode(*c.to, "", 0).result, kInputUsedUp) << "input used up is checked first";
 }
 
 TEST(MBCStoUnicode, ForcedDirectMappingBetweenCharactersOnASCIIPagesOnly) {
@@ -77,7 +77,7 @@ TEST(MBCStoUnicode, ForcedDirectMappingBetweenCharactersOnASCIIPagesOnly) {
   Converters sjis(ExternalEncoding::ShiftJIS());
   sjis.to->SetBehavior(&behavior);
   // 0x81 0x80 is a character.
-  EXPECT_EQ(Decode(*sjis.to, std::string("\x80\x00\x81\x80", 4)), (Decoded{1, std::u16string(u"\u0080\0\u00F7", 3), 4}));
+  EXPECT_EQ(Decode(*sjis.to, std::string("\x80\x00\x81\x80", 4)), (Decoded{kInputUsedUp, std::u16string(u"\u0080\0\u00F7", 3), 4}));
   // EBCDIC: 0xC1 is the letter A, mapping or not.
   Converters ebcdic(ExternalEncoding::CP870());
   ebcdic.to->SetBehavior(&behavior);
@@ -86,11 +86,11 @@ TEST(MBCStoUnicode, ForcedDirectMappingBetweenCharactersOnASCIIPagesOnly) {
 
 TEST(MBCSfromUnicode, NeedsFourBytesOfRoomAndReportsUnmappedUnits) {
   Converters latin1(ExternalEncoding::ISOLatin1());
-  EXPECT_EQ(Encode(*latin1.from, u"A", -1, 3), (Encoded{2, "", 0}));
-  EXPECT_EQ(Encode(*latin1.from, u"A", -1, 4), (Encoded{1, "41", 1}));
+  EXPECT_EQ(Encode(*latin1.from, u"A", -1, 3), (Encoded{kOutputFull, "", 0}));
+  EXPECT_EQ(Encode(*latin1.from, u"A", -1, 4), (Encoded{kInputUsedUp, "41", 1}));
 
   Converters c(ExternalEncoding::ShiftJIS());
-  EXPECT_EQ(Encode(*c.from, u"\u00E9\u3000"), (Encoded{5, "", 1}));
+  EXPECT_EQ(Encode(*c.from, u"\u00E9\u3000"), (Encoded{kNotInTargetRepertoire, "", 1}));
   EXPECT_EQ(Encode(*c.from, u"\u3000").hex, "81 40");
   EXPECT_EQ(dynamic_cast<MBCSEncoding&>(*ExternalEncoding::ShiftJIS()).FromUnicode(0x00E9), 0xFFFDu);
 }
@@ -136,11 +136,11 @@ TEST(MBCSfromUnicode, IdentityRunsStopAtTheFirstOtherUnit) {
 TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
   Converters c(ExternalEncoding::EUCPkdFmtJapanese());
   // The two-byte code does not fit the one byte left; the refused unit is consumed.
-  EXPECT_EQ(Encode(*c.from, u"A\u4E9CB", 2), (Encoded{7, "41", 2}));
-  EXPECT_EQ(Encode(*c.from, u"B", 100).result, 7) << "refused from then on";
+  EXPECT_EQ(Encode(*c.from, u"A\u4E9CB", 2), (Encoded{kCapacityReached, "41", 2}));
+  EXPECT_EQ(Encode(*c.from, u"B", 100).result, kCapacityReached) << "refused from then on";
   EXPECT_TRUE(c.from->CapacityWasReached());
   c.from->Reset();
-  EXPECT_EQ(Encode(*c.from, u"B", 100).result, 1);
+  EXPECT_EQ(Encode(*c.from, u"B", 100).result, kInputUsedUp);
   // JIS X 0212 characters take three bytes.
   EXPECT_EQ(Encode(*c.from, u"\u02D8", 3).hex, "8F A2 AF");
 
@@ -150,7 +150,7 @@ TEST(MBCSfromUnicode, CapacityRefusesWholeCharactersUntilReset) {
   for (long budget = 0; budget <= 14; ++budget) {
     Converters fresh(ExternalEncoding::EUCPkdFmtJapanese());
     const Encoded e = Encode(*fresh.from, u"A\u4E9CB", budget);
-    EXPECT_EQ(e.result, budget < 4 ? 7 : 1) << budget;
+    EXPECT_EQ(e.result, budget < 4 ? kCapacityReached : kInputUsedUp) << budget;
     EXPECT_EQ(e.hex, budget < 4 ? expected[budget] : "41 B0 A1 42") << budget;
   }
 }
@@ -161,7 +161,7 @@ TEST(MBCSfromUnicode, ForcedDirectMappingWritesTheByte) {
   Converters c(ExternalEncoding::ShiftJIS());
   c.from->SetBehavior(&behavior);
   EXPECT_EQ(Encode(*c.from, std::u16string(u"\u0080") + u'\0' + u"\u3000").hex, "80 00 81 40");
-  EXPECT_EQ(Encode(*c.from, u"\u0080", 0), (Encoded{7, "", 0})) << "a refused pass-through byte stays unread";
+  EXPECT_EQ(Encode(*c.from, u"\u0080", 0), (Encoded{kCapacityReached, "", 0})) << "a refused pass-through byte stays unread";
 }
 
 struct Scores {

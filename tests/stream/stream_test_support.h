@@ -84,8 +84,9 @@ class Collect8 : public CharSink {
 inline const unsigned short* U(const char16_t* s) { return reinterpret_cast<const unsigned short*>(s); }
 
 // Byte b becomes unit b, except: 0x80 is the lead of a pair, 0x80 x becoming
-// U+1000 + x (the pair may straddle two blocks); 0xFE is illegal (result 3);
-// 0xFF has no character (result 4). Finish writes "$" for a dangling lead.
+// U+1000 + x (the pair may straddle two blocks); 0xFE is illegal
+// (kIllegalInput); 0xFF has no character (kNoCharacterDefined). Finish writes
+// "$" for a dangling lead.
 class ByteToUnit : public BlockConverter_8_to_16 {
  public:
   int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) override {
@@ -125,8 +126,8 @@ class ByteToUnit : public BlockConverter_8_to_16 {
 };
 
 // Units below 0x100 become one byte, others two (high, low), within the byte
-// budget; U+FFFF is not in the repertoire (result 5); U+D800 is illegal
-// UTF-16 (result 6).
+// budget; U+FFFF is not in the repertoire (kNotInTargetRepertoire); U+D800
+// is illegal UTF-16 (kIllegalUTF16).
 class UnitToBytes : public BlockConverter_16_to_8 {
  public:
   int Convert(const unsigned short*& in, const unsigned short* inEnd, char*& out, const char* outEnd,

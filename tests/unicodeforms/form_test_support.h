@@ -18,7 +18,7 @@ template <class Unit>
 struct Run {
   std::basic_string<Unit> text;
   // (output length when reported, result code) for every result other than
-  // 1 and 2, Finish's included.
+  // kInputUsedUp and kOutputFull, Finish's included.
   std::vector<std::pair<std::size_t, int>> problems;
   bool stuck = false;  // the output block was too small to make progress
   bool operator==(const Run& other) const = default;

@@ -65,8 +65,8 @@ struct Printer : Converters {
 TEST(HPPrinterVariant, ZeroHighByteIsStrippedOnlyInFirstPosition) {
   Printer p;
   EXPECT_EQ(Decode(*p.to, std::string("\x00\x41\x81\x40\x00\x00", 6)),
-            (Decoded{1, std::u16string(u"A\u3000\0", 3), 6}));
-  EXPECT_EQ(Decode(*p.to, std::string("\x00\x80\x00\x42", 4)), (Decoded{4, u"", 2}));
+            (Decoded{kInputUsedUp, std::u16string(u"A\u3000\0", 3), 6}));
+  EXPECT_EQ(Decode(*p.to, std::string("\x00\x80\x00\x42", 4)), (Decoded{kNoCharacterDefined, u"", 2}));
   EXPECT_EQ(Decode(*p.to, std::string("\x00\x42", 2)).units, u"B");
   // A pair split across blocks keeps its parity.
   EXPECT_EQ(Decode(*p.to, std::string("\x00", 1)).units, u"");
@@ -77,10 +77,10 @@ TEST(HPPrinterVariant, EveryCodeInAtLeastTwoBytes) {
   Printer p;
   EXPECT_EQ(Encode(*p.from, u"A\u3000\uFF71").hex, "00 41 81 40 00 B1");
   const Encoded e = Encode(*p.from, u"A\u3000", 3);
-  EXPECT_EQ(e.result, 7);
+  EXPECT_EQ(e.result, kCapacityReached);
   EXPECT_EQ(e.hex, "00 41");
   p.from->Reset();
-  EXPECT_EQ(Encode(*p.from, u"\u00E9"), (Encoded{5, "", 1}));
+  EXPECT_EQ(Encode(*p.from, u"\u00E9"), (Encoded{kNotInTargetRepertoire, "", 1}));
 }
 
 TEST(HPPrinterVariant, ForcedDirectMappingGoesAsSingleBytes) {

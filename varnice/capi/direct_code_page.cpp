@@ -39,7 +39,7 @@ long DecodeDirect(const DirectCodePage& cp, const UnicodeLibBehavior& behavior, 
   // Each undecodable byte becomes U+FFFD in place. A character cut off by the
   // end of the text is dropped (state is simply abandoned), as the
   // converter's Finish drops it.
-  while (DecodeMBCS(actions, state, pass, in, inEnd, out, outEnd) == kMBCSNoCharacter && out != outEnd) {
+  while (DecodeMBCS(actions, state, pass, in, inEnd, out, outEnd) == kNoCharacterDefined && out != outEnd) {
     *out++ = 0xFFFD;
   }
   return out - dst;
@@ -78,8 +78,8 @@ long EncodeDirect(const DirectCodePage& cp, const UnicodeLibBehavior& behavior, 
       // tight loop runs with no budget to ask.
       const int result = EncodeMBCS(find, pass, in, inEnd, out, limit, true, [](long) { return false; },
                                     finder.Identity());
-      if (result == kMBCSInputUsed) return 0;
-      if (result == kMBCSNotInRepertoire) {
+      if (result == kInputUsedUp) return 0;
+      if (result == kNotInTargetRepertoire) {
         if (!putSubstitute()) return 0;
         continue;
       }

@@ -48,8 +48,8 @@ class VARNICE_API ISO2022toUnicode : public BlockConverter_8_to_16 {
 
   // Also gives the behaviour to every subencoding's converter.
   void SetBehavior(UnicodeLibBehavior* behavior) override;
-  // Results: 1 input used up (an escape cut short by the end of the block
-  // waits for the next), 2 output full, else the subencoding converter's own.
+  // Results: kInputUsedUp (an escape cut short by the end of the block waits
+  // for the next), kOutputFull, else the subencoding converter's own.
   int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) override;
   // Converts what is still held; an escape cut short becomes U+001B.
   int Finish(unsigned short*& out, const unsigned short* outEnd) override;
@@ -69,10 +69,10 @@ class VARNICE_API ISO2022fromUnicode : public BlockConverter_16_to_8 {
   ~ISO2022fromUnicode() override;
 
   void SetBehavior(UnicodeLibBehavior* behavior) override;
-  // Results: 1 input used up, 2 when fewer than 3 bytes of room remain, 7
-  // when the byte budget refuses (3 bytes of it are kept for the escape back
-  // to the first subencoding while another is in force), else the
-  // subencoding converter's own.
+  // Results: kInputUsedUp, kOutputFull when fewer than 3 bytes of room
+  // remain, kCapacityReached when the byte budget refuses (3 bytes of it are
+  // kept for the escape back to the first subencoding while another is in
+  // force), else the subencoding converter's own.
   int Convert(const unsigned short*& in, const unsigned short* inEnd, char*& out, const char* outEnd,
               long capacity) override;
   // Writes the escape back to the first subencoding if another is in force.

@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "varnice/codepages/iso2022_subencoding.h"
+#include "varnice/encoding/block_converter.h"
 
 namespace varnice::internal {
 
@@ -57,10 +58,10 @@ class ISO2022Reader {
     // sink is never finished, and would otherwise hold them back for good.
     if (begin_ != end_) {
       int r = Work(out, outEnd, false);
-      if (r != 1) return r;
+      if (r != kInputUsedUp) return r;
     }
     while (in != inEnd) {
-      if (out == outEnd) return 2;
+      if (out == outEnd) return kOutputFull;
       std::memmove(buffer_, buffer_ + begin_, end_ - begin_);
       end_ -= begin_;
       begin_ = 0;
@@ -70,15 +71,15 @@ class ISO2022Reader {
       end_ += static_cast<int>(n);
       in += n;
       int r = Work(out, outEnd, false);
-      if (r != 1) return r;
+      if (r != kInputUsedUp) return r;
     }
-    return 1;
+    return kInputUsedUp;
   }
 
   // Converts what is still buffered; an incomplete escape becomes U+001B.
   int Finish(unsigned short*& out, unsigned short const* outEnd) {
     int r = Work(out, outEnd, true);
-    return r == 1 ? 0 : r;
+    return r == kInputUsedUp ? kConversionDone : r;
   }
 
   void Reset() {
@@ -94,9 +95,9 @@ class ISO2022Reader {
  private:
   int Work(unsigned short*& out, unsigned short const* outEnd, bool finishing) {
     while (begin_ < end_) {
-      if (out == outEnd) return 2;
+      if (out == outEnd) return kOutputFull;
       if (buffer_[begin_] == 0x1B) {
-        if (end_ - begin_ < 3 && !finishing) return 1;  // wait for the rest of the escape
+        if (end_ - begin_ < 3 && !finishing) return kInputUsedUp;  // wait for the rest of the escape
         int match = end_ - begin_ < 3 ? count_ : 0;
         while (match < count_ && std::memcmp(buffer_ + begin_, list_[match].escape, 3) != 0) ++match;
         if (match < count_) {
@@ -114,9 +115,9 @@ class ISO2022Reader {
       char const* p = buffer_ + begin_;
       int r = subs_[current_]->Convert(p, stop, out, outEnd);
       begin_ = static_cast<int>(p - buffer_);
-      if (r != 1) return r;
+      if (r != kInputUsedUp) return r;
     }
-    return 1;
+    return kInputUsedUp;
   }
 
   ISO2022Subencoding const* list_;
@@ -145,11 +146,11 @@ class ISO2022Writer {
   int Convert(unsigned short const*& in, unsigned short const* inEnd, char*& out, char const* outEnd,
               long capacity, Choose const& choose, Reached&& reached, Mark&& capacityReached) {
     for (;;) {
-      if (in == inEnd) return 1;
-      if (outEnd - out < 3) return 2;
+      if (in == inEnd) return kInputUsedUp;
+      if (outEnd - out < 3) return kOutputFull;
       int n = choose(*in, current_);
       if (n != current_) {
-        if (reached(3, n != 0 ? 3 : 0, capacity)) return 7;
+        if (reached(3, n != 0 ? 3 : 0, capacity)) return kCapacityReached;
         std::memcpy(out, list_[n].escape, 3);
         out += 3;
         subs_[n]->Reset();
@@ -159,26 +160,26 @@ class ISO2022Writer {
       unsigned short const* runEnd = in + 1;
       while (runEnd != inEnd && choose(*runEnd, current_) == current_) ++runEnd;
       long reserve = current_ != 0 ? 3 : 0;
-      if (reached(0, reserve, capacity)) return 7;
+      if (reached(0, reserve, capacity)) return kCapacityReached;
       char* before = out;
       int r = subs_[current_]->Convert(in, runEnd, out, outEnd - 2,
                                        capacity == -1 ? -1 : capacity - reserve);
       if (capacity != -1) capacity -= out - before;
-      if (r == 7) capacityReached();
-      if (r != 1) return r;
+      if (r == kCapacityReached) capacityReached();
+      if (r != kInputUsedUp) return r;
     }
   }
 
-  // Returns to subencoding 0, into the room kept for it; 2 only when a
-  // caller gives less room than Convert left.
+  // Returns to subencoding 0, into the room kept for it; kOutputFull only
+  // when a caller gives less room than Convert left.
   int Finish(char*& out, char const* outEnd) {
     if (current_ != 0) {
-      if (outEnd - out < 3) return 2;
+      if (outEnd - out < 3) return kOutputFull;
       std::memcpy(out, list_[0].escape, 3);
       out += 3;
       current_ = 0;
     }
-    return 0;
+    return kConversionDone;
   }
 
   void Reset() {

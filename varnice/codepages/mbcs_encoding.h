@@ -58,8 +58,9 @@ class VARNICE_API MBCStoUnicode : public BlockConverter_8_to_16 {
   MBCStoUnicode(const MBCStoUnicodeTable& table, bool honourForcedMapping);
   ~MBCStoUnicode() override;
 
-  // Results: 1 input used up, 2 no room (checked before every byte, even a
-  // lead byte), 4 after consuming a byte that has no character here.
+  // Results: kInputUsedUp, kOutputFull (checked before every byte, even a
+  // lead byte), kNoCharacterDefined after consuming a byte that has no
+  // character here.
   int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) override;
   // A character left incomplete at the end of the text is dropped silently.
   int Finish(unsigned short*& out, const unsigned short* outEnd) override;
@@ -76,9 +77,10 @@ class VARNICE_API MBCSfromUnicode : public BlockConverter_16_to_8 {
   MBCSfromUnicode(const LookupUnsignedLongTable<unsigned short>& table, bool honourForcedMapping);
   ~MBCSfromUnicode() override;
 
-  // Results: 1 input used up, 2 when fewer than 4 bytes of room remain
-  // (whatever the next character's length), 5 after consuming a code unit
-  // the page lacks, 7 when the byte budget refuses a character.
+  // Results: kInputUsedUp, kOutputFull when fewer than 4 bytes of room
+  // remain (whatever the next character's length), kNotInTargetRepertoire
+  // after consuming a code unit the page lacks, kCapacityReached when the
+  // byte budget refuses a character.
   int Convert(const unsigned short*& in, const unsigned short* inEnd, char*& out, const char* outEnd,
               long capacity) override;
 

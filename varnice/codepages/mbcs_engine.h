@@ -15,21 +15,13 @@
 
 #include "varnice/codepages/code_page_table_shapes.h"
 #include "varnice/codepages/mbcs_to_unicode_table.h"
+#include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
 #include "varnice/simd/byte_kernels.h"
 #include "varnice/tables/finite_state_machine_action.h"
 #include "varnice/widec/qz_string.h"
 
 namespace varnice::internal {
-
-// Conversion results used here.
-enum MBCSResult : int {
-  kMBCSInputUsed = 1,
-  kMBCSOutputFull = 2,
-  kMBCSNoCharacter = 4,
-  kMBCSNotInRepertoire = 5,
-  kMBCSCapacityReached = 7,
-};
 
 // The behaviour's forced direct mapping, held for one Convert call. Empty
 // unless the converter honours it and the behaviour has one.
@@ -108,9 +100,9 @@ inline bool CompleteUnit(MBCSAction a) {
 }
 
 // Steps the trie over [in, inEnd), writing code units to [out, outEnd).
-// Returns 1 when the input is used up, 2 when there is no room for a code
-// unit (checked before every byte), 4 after consuming an invalid byte. state
-// carries a partial character between calls.
+// Returns kInputUsedUp, kOutputFull when there is no room for a code unit
+// (checked before every byte), or kNoCharacterDefined after consuming an
+// invalid byte. state carries a partial character between calls.
 inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThrough const& pass,
                       unsigned char const*& in, unsigned char const* inEnd, unsigned short*& out,
                       unsigned short const* outEnd) {
@@ -170,8 +162,8 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
         in += 2;
       }
     }
-    if (in == inEnd) return kMBCSInputUsed;
-    if (out == outEnd) return kMBCSOutputFull;
+    if (in == inEnd) return kInputUsedUp;
+    if (out == outEnd) return kOutputFull;
     unsigned char b = *in;
     if (pass && state == 0 && pass.Has(b)) {
       *out++ = b;
@@ -181,7 +173,7 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
     ++in;
     MBCSAction a = actions[state * 256u + b];
     state = a.nextState;
-    if (a.output == MBCStoUnicodeTable::kInvalid) return kMBCSNoCharacter;
+    if (a.output == MBCStoUnicodeTable::kInvalid) return kNoCharacterDefined;
     if (a.output != MBCStoUnicodeTable::kNoOutput) *out++ = a.output;
   }
 }
@@ -220,10 +212,10 @@ struct IdentityUnits {
 };
 
 // Writes code units as codes. find(unit, code) looks a unit up; reached(n)
-// is the capacity rule, asked before writing n bytes. Returns 1 when the input
-// is used up, 2 when fewer than 4 bytes of room remain, 5 after consuming a
-// unit without a code, 7 when the capacity refuses (the unit is consumed
-// unless it was a pass-through byte).
+// is the capacity rule, asked before writing n bytes. Returns kInputUsedUp,
+// kOutputFull when fewer than 4 bytes of room remain, kNotInTargetRepertoire
+// after consuming a unit without a code, or kCapacityReached when the
+// capacity refuses (the unit is consumed unless it was a pass-through byte).
 template <class Find, class Reached>
 int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*& in,
                unsigned short const* inEnd, char*& out, char const* outEnd, bool unlimited,
@@ -262,20 +254,20 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
         }
       }
     }
-    if (in == inEnd) return kMBCSInputUsed;
-    if (outEnd - out < 4) return kMBCSOutputFull;
+    if (in == inEnd) return kInputUsedUp;
+    if (outEnd - out < 4) return kOutputFull;
     unsigned short u = *in;
     if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
-      if (reached(1)) return kMBCSCapacityReached;
+      if (reached(1)) return kCapacityReached;
       *out++ = static_cast<char>(u);
       ++in;
       continue;
     }
     ++in;
     unsigned long code;
-    if (!find(u, code)) return kMBCSNotInRepertoire;
+    if (!find(u, code)) return kNotInTargetRepertoire;
     int n = CodeLength(code);
-    if (reached(n)) return kMBCSCapacityReached;
+    if (reached(n)) return kCapacityReached;
     WriteBigEndian(code, n, out);
   }
 }
@@ -288,8 +280,8 @@ inline int DecodePrinterPairs(MBCSAction const* actions, unsigned short& state, 
                               unsigned char const* inEnd, unsigned short*& out,
                               unsigned short const* outEnd) {
   for (;;) {
-    if (in == inEnd) return kMBCSInputUsed;
-    if (out == outEnd) return kMBCSOutputFull;
+    if (in == inEnd) return kInputUsedUp;
+    if (out == outEnd) return kOutputFull;
     parity = !parity;
     unsigned char b = *in++;
     if (parity && b == 0) continue;
@@ -299,7 +291,7 @@ inline int DecodePrinterPairs(MBCSAction const* actions, unsigned short& state, 
     }
     MBCSAction a = actions[state * 256u + b];
     state = a.nextState;
-    if (a.output == MBCStoUnicodeTable::kInvalid) return kMBCSNoCharacter;
+    if (a.output == MBCStoUnicodeTable::kInvalid) return kNoCharacterDefined;
     if (a.output != MBCStoUnicodeTable::kNoOutput) *out++ = a.output;
   }
 }
@@ -311,20 +303,20 @@ int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short
                        unsigned short const* inEnd, char*& out, char const* outEnd,
                        Reached&& reached) {
   for (;;) {
-    if (in == inEnd) return kMBCSInputUsed;
-    if (outEnd - out < 4) return kMBCSOutputFull;
+    if (in == inEnd) return kInputUsedUp;
+    if (outEnd - out < 4) return kOutputFull;
     unsigned short u = *in;
     if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
-      if (reached(1)) return kMBCSCapacityReached;
+      if (reached(1)) return kCapacityReached;
       *out++ = static_cast<char>(u);
       ++in;
       continue;
     }
     ++in;
     unsigned long code;
-    if (!find(u, code)) return kMBCSNotInRepertoire;
+    if (!find(u, code)) return kNotInTargetRepertoire;
     int n = code < 0x10000 ? 2 : code < 0x1000000 ? 3 : 4;
-    if (reached(n)) return kMBCSCapacityReached;
+    if (reached(n)) return kCapacityReached;
     WriteBigEndian(code, n, out);
   }
 }

@@ -5,8 +5,9 @@
 // The contract every Convert obeys:
 // - It reads [in, inEnd) and writes [out, outEnd), advancing both references
 //   past what it consumed and produced; everything before them is final.
-// - Before each character it checks, in this order: input used up (return 1),
-//   no room for output (return 2). It never writes half a character.
+// - Before each character it checks, in this order: input used up (return
+//   kInputUsedUp), no room for output (kOutputFull). It never writes half a
+//   character.
 // - A character it cannot convert stops it with its own code, with the
 //   offending input already consumed, so the caller can report the problem
 //   and simply call again to go on.
@@ -22,8 +23,14 @@
 class BlockExternalEncoding;
 class UnicodeLibAllocator;
 
-// Result codes of Convert and Finish, shared by every converter.
+// Result codes of Convert and Finish, shared by every converter, engine and
+// stream of the library. Convert and Finish return them as int; the numbers
+// are part of the interface (converters written outside the library return
+// them too), so none may change.
 enum BlockConversionResult : int {
+  // Never returned by Convert or Finish: a step of a converter's inner loop
+  // made progress and the loop goes on.
+  kKeepConverting = -1,
   kConversionDone = 0,          // nothing more to do
   kInputUsedUp = 1,             // read more
   kOutputFull = 2,              // no room for the next character

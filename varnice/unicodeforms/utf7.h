@@ -31,7 +31,7 @@ struct UTF7RunState {
 }  // namespace varnice::internal
 
 // UTF-7 bytes to UTF-16 code units. Every step asks for four units of room.
-// Illegal input (3), with the converter reset: a byte above 0x7F; a run that
+// kIllegalInput, with the converter reset: a byte above 0x7F; a run that
 // ends before producing a unit ("+!", "+AG-"); a run whose leftover bits are
 // not all zero ("+AGF-"). A "+" inside a run is the base64 digit 62.
 class VARNICE_API UTF7toWhatever : public BlockConverter_8_to_16 {

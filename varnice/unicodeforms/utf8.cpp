@@ -115,7 +115,7 @@ int UTF8toWhatever::Step(const unsigned char*& in, const unsigned char* inEnd, u
       value_ = b & kLeadMask[count];
       expected_ = count;
     }
-    return -1;
+    return kKeepConverting;
   }
   if (!IsContinuation(b)) {
     // The interrupting byte goes with the broken sequence.
@@ -123,7 +123,7 @@ int UTF8toWhatever::Step(const unsigned char*& in, const unsigned char* inEnd, u
     return kIllegalInput;
   }
   value_ = value_ << 6 | (b & 0x3F);
-  if (--expected_ > 0) return -1;
+  if (--expected_ > 0) return kKeepConverting;
   // Overlong forms and encoded surrogates are taken as they come.
   if (value_ <= 0xFFFF) {
     *out++ = static_cast<unsigned short>(value_);
@@ -135,7 +135,7 @@ int UTF8toWhatever::Step(const unsigned char*& in, const unsigned char* inEnd, u
     return kNoCharacterDefined;
   }
   value_ = 0;
-  return -1;
+  return kKeepConverting;
 }
 
 int UTF8toWhatever::ConvertByteAtATime(const char*& in, const char* inEnd, unsigned short*& out,
@@ -143,7 +143,7 @@ int UTF8toWhatever::ConvertByteAtATime(const char*& in, const char* inEnd, unsig
   auto* p = reinterpret_cast<const unsigned char*>(in);
   const auto* end = reinterpret_cast<const unsigned char*>(inEnd);
   int result;
-  while ((result = Step(p, end, out, outEnd)) < 0) {
+  while ((result = Step(p, end, out, outEnd)) == kKeepConverting) {
   }
   in = reinterpret_cast<const char*>(p);
   return result;
@@ -201,7 +201,7 @@ int UTF8toWhatever::Convert(const char*& in, const char* inEnd, unsigned short*&
       }
     }
     result = Step(p, end, out, outEnd);
-  } while (result < 0);
+  } while (result == kKeepConverting);
   in = reinterpret_cast<const char*>(p);
   return result;
 }
@@ -231,7 +231,7 @@ int UTF8fromWhatever::Step(const unsigned short*& in, const unsigned short* inEn
     pendingHigh_ = 0;
   } else if (pairSurrogates_ && u >= 0xD800 && u <= 0xDBFF) {
     pendingHigh_ = u;
-    return -1;
+    return kKeepConverting;
   } else {
     value = u;
   }
@@ -245,7 +245,7 @@ int UTF8fromWhatever::Step(const unsigned short*& in, const unsigned short* inEn
   }
   out[0] = static_cast<unsigned char>(value | kLeadMark[length]);
   out += length;
-  return -1;
+  return kKeepConverting;
 }
 
 int UTF8fromWhatever::ConvertUnitAtATime(const unsigned short*& in, const unsigned short* inEnd, char*& out,
@@ -253,7 +253,7 @@ int UTF8fromWhatever::ConvertUnitAtATime(const unsigned short*& in, const unsign
   auto* o = reinterpret_cast<unsigned char*>(out);
   const auto* end = reinterpret_cast<const unsigned char*>(outEnd);
   int result;
-  while ((result = Step(in, inEnd, o, end, capacity)) < 0) {
+  while ((result = Step(in, inEnd, o, end, capacity)) == kKeepConverting) {
   }
   out = reinterpret_cast<char*>(o);
   return result;
@@ -308,7 +308,7 @@ int UTF8fromWhatever::Convert(const unsigned short*& in, const unsigned short* i
       if (capacity != -1) capacity = budget;
     }
     result = Step(in, inEnd, o, end, capacity);
-  } while (result < 0);
+  } while (result == kKeepConverting);
   out = reinterpret_cast<char*>(o);
   return result;
 }

@@ -27,9 +27,9 @@ extern VARNICE_API const unsigned char UTF8_CHAR_LENGTHS_FROM_LEAD[256];
 //
 // Every step asks for room for two code units (a surrogate pair), even for an
 // ASCII byte. A byte that interrupts a sequence is consumed with it and
-// reported as illegal (3); it is not read again as a lead. A value above
+// reported as kIllegalInput; it is not read again as a lead. A value above
 // U+FFFF becomes a surrogate pair when surrogates are allowed and it is at
-// most U+10FFFF, else it is reported as undefined (4) after the whole
+// most U+10FFFF, else it is reported as kNoCharacterDefined after the whole
 // sequence. A sequence cut by the end of a block is carried to the next call.
 class VARNICE_API UTF8toWhatever : public BlockConverter_8_to_16 {
  public:
@@ -47,7 +47,7 @@ class VARNICE_API UTF8toWhatever : public BlockConverter_8_to_16 {
                          const unsigned short* outEnd);
 
  private:
-  // One step of the plain loop: a result code, or -1 to go on.
+  // One step of the plain loop: a result code, or kKeepConverting to go on.
   int Step(const unsigned char*& in, const unsigned char* inEnd, unsigned short*& out,
            const unsigned short* outEnd);
 
@@ -60,9 +60,9 @@ class VARNICE_API UTF8toWhatever : public BlockConverter_8_to_16 {
 //
 // Every step asks for six bytes of room. With pairing on, a high surrogate
 // waits for its low surrogate; anything else after it is reported as illegal
-// UTF-16 (6), both units consumed. Lone surrogates, and all surrogates with
+// UTF-16 (kIllegalUTF16), both units consumed. Lone surrogates, and all surrogates with
 // pairing off, are written as three-byte forms of their own value. The byte
-// budget is checked after the unit has been consumed (result 7).
+// budget is checked after the unit has been consumed (kCapacityReached).
 class VARNICE_API UTF8fromWhatever : public BlockConverter_16_to_8 {
  public:
   explicit UTF8fromWhatever(bool pairSurrogates);

@@ -25,8 +25,8 @@ class BlockConverter_16_to_16;
 class ExternalEncoding;
 class InternalEncoding;
 
-// Bytes of an external encoding in, UTF-16 out. Results 3 and 4 are
-// reported; conversion goes on after them either way.
+// Bytes of an external encoding in, UTF-16 out. kIllegalInput and
+// kNoCharacterDefined are reported; conversion goes on after them either way.
 class VARNICE_API CharSink_8_to_16 : public CharSink, public ProblemSolver_8_to_16 {
  public:
   static constexpr int kBufferUnits = 512;
@@ -56,9 +56,10 @@ class VARNICE_API CharSink_8_to_16 : public CharSink, public ProblemSolver_8_to_
 
 // UTF-16 in, bytes of an external encoding out. Before each block the output
 // sink's RemainingCapacity becomes the converter's byte budget; when the
-// budget runs out (result 7) the output sink is marked truncated and the rest
-// of the input is dropped, so a bounded sink ends on a whole character.
-// Result 5 is reported; 3, 4 and 6 are passed over.
+// budget runs out (kCapacityReached) the output sink is marked truncated and
+// the rest of the input is dropped, so a bounded sink ends on a whole
+// character. kNotInTargetRepertoire is reported; kIllegalInput,
+// kNoCharacterDefined and kIllegalUTF16 are passed over.
 class VARNICE_API CharSink_16_to_8 : public Char16Sink, public ProblemSolver_16_to_8 {
  public:
   static constexpr int kBufferBytes = 1024;

@@ -10,10 +10,10 @@ namespace {
 // One FillBuffer of a converting source, the same for all three directions:
 //   1. deliver inserted output, then convert inserted input;
 //   2. convert the input range by range; at its end, Finish once;
-//   3. results 0 and 2 end the fill, 1 reads on; any other result goes to
-//      `report`, which answers true when it handed a problem to the behaviour
-//      (the handler may have inserted text, so start again at 1) and false
-//      for a result that is passed over.
+//   3. kConversionDone and kOutputFull end the fill, kInputUsedUp reads on;
+//      any other result goes to `report`, which answers true when it handed a
+//      problem to the behaviour (the handler may have inserted text, so start
+//      again at step 1) and false for a result that is passed over.
 // Returns the end of the output written to [out, limit).
 template <class In, class Out, class Input, class Convert, class Finish, class Report>
 Out* RunFill(Input& input, InsertedText<In>& insertedInput, InsertedText<Out>& insertedOutput,

@@ -31,8 +31,9 @@ class BlockConverter_16_to_8;
 class BlockConverter_16_to_16;
 class InternalEncoding;
 
-// Bytes of an external encoding to UTF-16. Results 3 and 4 become
-// IllegalByteRange and NoCharacterDefinedForCodepoint problems.
+// Bytes of an external encoding to UTF-16. kIllegalInput and
+// kNoCharacterDefined become IllegalByteRange and
+// NoCharacterDefinedForCodepoint problems.
 class VARNICE_API CharSource_8_to_16 : public ExternalEncoding::ToUnicodeSource,
                                        public ProblemSolver_8_to_16 {
  public:
@@ -62,8 +63,9 @@ class VARNICE_API CharSource_8_to_16 : public ExternalEncoding::ToUnicodeSource,
   bool finished_ = false;  // the converter's Finish has run
 };
 
-// UTF-16 to bytes of an external encoding, with no byte budget. Result 5
-// becomes a CharacterNotInRepertoire problem; 3, 4, 6 and 7 are passed over.
+// UTF-16 to bytes of an external encoding, with no byte budget.
+// kNotInTargetRepertoire becomes a CharacterNotInRepertoire problem; the
+// other problem results are passed over.
 class VARNICE_API CharSource_16_to_8 : public virtual CharSource, public ProblemSolver_16_to_8 {
  public:
   static constexpr int kBufferBytes = 1024;
