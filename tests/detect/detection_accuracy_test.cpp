@@ -32,16 +32,13 @@ namespace {
 constexpr int kSizes[] = {16, 64, 256, 1024, 4096};
 constexpr int kSizeCount = 5;
 
-std::u16string Read(const ExternalEncoding& e, const std::string& bytes) {
-  qz_wstring w(bytes.data(), bytes.size(), e);
-  return std::u16string(reinterpret_cast<const char16_t*>(w.c_str()), w.size());
-}
+using detect_test::Decode;
+using detect_test::Detect;
 
 // The text in the encoding, or false when the encoding cannot hold it.
 bool Encode(const ExternalEncoding& e, const std::u16string& text, std::string& bytes) {
-  qz_string s(reinterpret_cast<const unsigned short*>(text.data()), text.size(), e);
-  bytes.assign(s.c_str(), s.size());
-  return Read(e, bytes) == text;
+  bytes = detect_test::Encode(e, text);
+  return Decode(e, bytes) == text;
 }
 
 struct Text {
@@ -56,7 +53,7 @@ std::vector<Text> LoadCorpus() {
     std::ifstream in(entry.path(), std::ios::binary);
     std::ostringstream bytes;
     bytes << in.rdbuf();
-    corpus.push_back({entry.path().filename().string(), Read(utf8, bytes.str())});
+    corpus.push_back({entry.path().filename().string(), Decode(utf8, bytes.str())});
   }
   std::sort(corpus.begin(), corpus.end(), [](const Text& a, const Text& b) { return a.name < b.name; });
   return corpus;
@@ -91,8 +88,6 @@ struct Tally {
 
 // Per source encoding, per size.
 using Table = std::map<std::string, Tally[kSizeCount]>;
-
-using detect_test::Detect;
 
 // The longest prefix of `text` whose encoding fits in `size` bytes. Each
 // character takes at least one byte, so no more than `size` are tried.
@@ -131,7 +126,7 @@ Table Measure(const ExternalEncoding& detecting, bool japaneseOnly) {
         const ExternalEncoding* chosen = Detect(detecting, bytes);
         Tally& tally = table[source.label][s];
         ++tally.total;
-        if (chosen != nullptr && Read(*chosen, bytes) == kept) {
+        if (chosen != nullptr && Decode(*chosen, bytes) == kept) {
           ++tally.right;
         } else if (std::getenv("VARNICE_SHOW_MISSES") != nullptr) {
           std::printf("  miss %s %d: %s read as %s: %.40s\n", detecting.Name(), kSizes[s], source.label,
