@@ -19,11 +19,7 @@ std::map<unsigned short, unsigned short> AllOf(const GapMappingTable& table) {
   return out;
 }
 
-TEST(WidthTables, ShapesAndInverse) {
-  EXPECT_EQ(HalfwidthMappingTable.gapCount, 10);
-  EXPECT_EQ(HalfwidthMappingTable.valueCount, 265);
-  EXPECT_EQ(FullwidthMappingTable.gapCount, 5);
-  EXPECT_EQ(FullwidthMappingTable.valueCount, 241);
+TEST(WidthTables, EachIsTheOthersInverse) {
   const auto half = AllOf(HalfwidthMappingTable);
   const auto full = AllOf(FullwidthMappingTable);
   ASSERT_EQ(half.size(), 224u);
