@@ -169,9 +169,13 @@ TEST_F(Plausibility, DetectingEncodingsChooseTheEncodingThatWroteTheText) {
   };
   for (const Row& r : rows) {
     const std::string bytes = In(*r.encoding, r.text);
-    SCOPED_TRACE(bytes);
-    EXPECT_EQ(Detect(automatic, bytes), r.encoding) << r.encoding->Name();
-    if (r.japaneseToo) EXPECT_EQ(Detect(japanese, bytes), r.encoding) << r.encoding->Name();
+    SCOPED_TRACE(std::string(r.encoding->Name()) + ": " + bytes);
+    auto expectChosenBy = [&](const AutoDetectEncoding& d) {
+      const ExternalEncoding* chosen = Detect(d, bytes);
+      EXPECT_EQ(chosen, r.encoding) << d.Name() << " chose " << (chosen ? chosen->Name() : "nothing");
+    };
+    expectChosenBy(automatic);
+    if (r.japaneseToo) expectChosenBy(japanese);
   }
   // Plus signs in ASCII do not make it UTF-7.
   for (const char* ascii : {"C++ and 1+1=2", "a+b", "x +y", "++i;", "see +AB"}) {
