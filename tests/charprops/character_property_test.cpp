@@ -66,9 +66,8 @@ TEST(CharacterProperty, KindsAreJoinedByAndBitsOfOneKindByOr) {
   EXPECT_TRUE(kanaOrHangul.Test(0x3042));
   EXPECT_TRUE(kanaOrHangul.Test(0xAC00));
   EXPECT_FALSE(kanaOrHangul.Test(0x4E00));
-}
 
-TEST(CharacterProperty, UnionsComposeAndCompareByAllThreeMasks) {
+  // Unions compose and compare by all three masks.
   const CharacterProperty six(*UppercaseLetter, *LowercaseLetter, *LatinScript, *GreekScript,
                               *Fullwidth, *Halfwidth);
   EXPECT_EQ(six, CharacterProperty(0x3, 0xC, 0x6));

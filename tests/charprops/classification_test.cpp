@@ -61,6 +61,11 @@ TEST(CharacterTestRegistry, FindsNamesIgnoringCase) {
   EXPECT_EQ(CharacterTest::Lookup(qz_string("LatinScrip")), nullptr);
   EXPECT_TRUE(UppercaseLetter->HasName(qz_string("uppercaseletter")));
   EXPECT_FALSE(UppercaseLetter->HasName(qz_string("UppercaseLetters")));
+  // Tests made on the spot have no name.
+  const CharacterProperty unnamed(1, 0, 0);
+  EXPECT_FALSE(unnamed.HasName(qz_string("")));
+  EXPECT_FALSE(unnamed.HasName(qz_string("UppercaseLetter")));
+  EXPECT_TRUE(unnamed.Name().empty());
 }
 
 struct OddDigit : CharacterTest {
@@ -80,13 +85,6 @@ FRESH_PROCESS_TEST(CharacterTestRegistry, RegisteredTestsFollowTheLibraryOnesAnd
   EXPECT_EQ(type, static_cast<int>(kRegisteredCount) + 1);
   EXPECT_EQ(qz_iswctype('3', type), 1);
   EXPECT_EQ(qz_iswctype('4', type), 0);
-}
-
-TEST(CharacterTestRegistry, UnnamedTestsHaveNoName) {
-  const CharacterProperty unnamed(1, 0, 0);
-  EXPECT_FALSE(unnamed.HasName(qz_string("")));
-  EXPECT_FALSE(unnamed.HasName(qz_string("UppercaseLetter")));
-  EXPECT_TRUE(unnamed.Name().empty());
 }
 
 TEST(CharacterTestRegistry, MapsThroughTheInternalEncodingBeforeTesting) {

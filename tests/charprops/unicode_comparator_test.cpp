@@ -66,36 +66,32 @@ TEST(CharwiseUnicodeComparator, DerivedKeysDecideAndResultsAreExactlyMinusOneZer
   EXPECT_EQ(RawUnicodeComparator()(lower, upper), 1);
 }
 
-TEST(JISUnicodeComparator, AsciiInByteOrderAndUnrepresentableCharactersAfterIt) {
-  EXPECT_EQ(Jis({'A'}, {'a'}), -1);
-  EXPECT_EQ(Jis({'z'}, {'~'}), -1);
-  EXPECT_EQ(Jis({'a', 'b'}, {'a', 'b'}), 0);
-  EXPECT_EQ(Jis({'a'}, {'a', 'b'}), -1);
-  // Thai and Hangul have no EUC-JP code: after ASCII, and equal to each other.
-  EXPECT_EQ(Jis({0x0E01}, {'~'}), 1);
-  EXPECT_EQ(Jis({'x', 0x0E01, 'y'}, {'x', 0xAC00, 'y'}), 0);
-  EXPECT_EQ(Jis({'x', 0x0E01, 'a'}, {'x', 0xAC00, 'b'}), -1);
-  EXPECT_EQ(Raw({'x', 0x0E01, 'y'}, {'x', 0xAC00, 'y'}), -1);
-}
-
-TEST(JISUnicodeComparator, KanaAndKanjiFollowJisOrder) {
+// EUC-JP code order: ASCII in byte order, JIS X 0208 (fullwidth Latin in row
+// 3, kana in row 4, then kanji), halfwidth katakana (8E..), then characters
+// with no EUC-JP code, equal to each other, and JIS X 0212 last (8F..).
+TEST(JISUnicodeComparator, FollowsEucJpCodeOrder) {
   const unsigned short hiraganaA = 0x3042;   // A4A2
-  const unsigned short kanjiA = 0x4E9C;      // B0A1
+  const unsigned short kanji0208 = 0x4E9C;   // B0A1
   const unsigned short halfwidthA = 0xFF71;  // 8EB1
-  EXPECT_EQ(Jis({hiraganaA}, {kanjiA}), -1);
-  EXPECT_EQ(Jis({hiraganaA}, {halfwidthA}), 1);
+  const unsigned short kanji0212 = 0x4E02;   // 8FB0A1
+  const unsigned short thai = 0x0E01, hangul = 0xAC00;  // no code
+  struct Row {
+    U16 a, b;
+    int expected;
+  } const rows[] = {
+      {{'A'}, {'a'}, -1},           {{'z'}, {'~'}, -1},
+      {{'a', 'b'}, {'a', 'b'}, 0},  {{'a'}, {'a', 'b'}, -1},
+      {{thai}, {'~'}, 1},           {{'x', thai, 'y'}, {'x', hangul, 'y'}, 0},
+      {{'x', thai, 'a'}, {'x', hangul, 'b'}, -1},
+      {{hiraganaA}, {kanji0208}, -1}, {{hiraganaA}, {halfwidthA}, 1},
+      {{halfwidthA}, {'~'}, 1},     {{0xFF21}, {hiraganaA}, -1},
+      {{kanji0208}, {thai}, -1},    {{thai}, {kanji0212}, -1},
+      {{kanji0208}, {kanji0212}, -1},
+  };
+  for (const Row& r : rows) EXPECT_EQ(Jis(r.a, r.b), r.expected) << std::hex << r.a[0] << " " << r.b[0];
+  // Where the raw order differs.
+  EXPECT_EQ(Raw({'x', thai, 'y'}, {'x', hangul, 'y'}), -1);
   EXPECT_EQ(Raw({hiraganaA}, {halfwidthA}), -1);
-  EXPECT_EQ(Jis({halfwidthA}, {'~'}), 1);
-  EXPECT_EQ(Jis({0xFF21}, {hiraganaA}), -1);  // fullwidth Latin, row 3, before kana, row 4
-}
-
-TEST(JISUnicodeComparator, UnrepresentableCharactersSitBetweenJisX0208AndX0212) {
-  const unsigned short kanji0208 = 0x4E9C;  // B0A1
-  const unsigned short kanji0212 = 0x4E02;  // 8FB0A1
-  const unsigned short thai = 0x0E01;       // no code
-  EXPECT_EQ(Jis({kanji0208}, {thai}), -1);
-  EXPECT_EQ(Jis({thai}, {kanji0212}), -1);
-  EXPECT_EQ(Jis({kanji0208}, {kanji0212}), -1);
 }
 
 TEST(CCompareFunctions, BothFormsOfBothOrders) {

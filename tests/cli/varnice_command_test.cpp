@@ -72,7 +72,7 @@ TEST_F(Command, OnErrorReplacesSkipsOrFailsAtTheOffendingByte) {
   EXPECT_EQ(r.err, "varnice: standard input: U+20AC, which Shift_JIS cannot represent, between byte offsets 0 and 8\n");
 }
 
-TEST_F(Command, DetectNamesEachFile) {
+TEST_F(Command, DetectNamesEachFileOrSaysNothingReadsIt) {
   Outcome r = Varnice("detect " + kSamples + "japanese.eucjp.txt");
   EXPECT_EQ(r.status, 0);
   EXPECT_EQ(r.out, "EUC-JP\n");  // alone, for scripts
@@ -98,9 +98,19 @@ TEST_F(Command, DetectNamesEachFile) {
   EXPECT_NE(r.out.find("end of input: UTF8, UTF7, ISO-2022-JP, EUC-J, Shift-JIS, CP932, CP1252 read it equally "
                        "well; UTF8 comes first among them"),
             std::string::npos) << r.out;
+
+  // Nothing reads it: binary or unknown, and exit code 4.
+  WriteFile(Path("zeros.bin"), std::string("\x7F" "ELF\x02\x01\x01\0\0\0\0\0\0\0\0\0", 16));
+  r = Varnice("detect zeros.bin");
+  EXPECT_EQ(r.status, 4);
+  EXPECT_EQ(r.out, "binary\n");
+  WriteFile(Path("noise.bin"), "\x01\x02\x03\x04\x05\x81\x82\x83\x8D\x8F\x90\xFF\xFE\xFD\xFC\xFB");
+  r = Varnice("detect noise.bin zeros.bin");
+  EXPECT_EQ(r.status, 4);
+  EXPECT_EQ(r.out, "noise.bin: unknown\nzeros.bin: binary\n");
 }
 
-TEST_F(Command, DetectFindsTheFirstTellingByteAfterMegabytesOfAscii) {
+TEST_F(Command, LargeInputIsDetectedWhereverItTellsAndStreams) {
   std::string text;
   while (text.size() < 2'500'000) text += "The same line of ASCII, over and over again.\n";
   WriteFile(Path("late.txt"), text + "\xA4\xA2\n");  // あ in EUC-JP
@@ -112,17 +122,17 @@ TEST_F(Command, DetectFindsTheFirstTellingByteAfterMegabytesOfAscii) {
   r = Varnice("convert -f auto -t utf8 late.txt");
   EXPECT_EQ(r.status, 0) << r.err;
   EXPECT_EQ(r.out, text + "\xE3\x81\x82\n");
-}
 
-TEST_F(Command, DetectSaysWhenNothingReadsTheInput) {
-  WriteFile(Path("zeros.bin"), std::string("\x7F" "ELF\x02\x01\x01\0\0\0\0\0\0\0\0\0", 16));
-  Outcome r = Varnice("detect zeros.bin");
-  EXPECT_EQ(r.status, 4);
-  EXPECT_EQ(r.out, "binary\n");
-  WriteFile(Path("noise.bin"), "\x01\x02\x03\x04\x05\x81\x82\x83\x8D\x8F\x90\xFF\xFE\xFD\xFC\xFB");
-  r = Varnice("detect noise.bin zeros.bin");
-  EXPECT_EQ(r.status, 4);
-  EXPECT_EQ(r.out, "noise.bin: unknown\nzeros.bin: binary\n");
+  // Input far larger than the detection window, telling from its start,
+  // streams through unchanged.
+  std::string big;
+  while (big.size() < 3'000'000) big += "line of ASCII then \xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\n";
+  WriteFile(Path("big.txt"), big);
+  ASSERT_EQ(Varnice("convert -f utf8 -t euc-jp -o big.euc big.txt").status, 0);
+  r = Varnice("convert -f auto -t utf8 big.euc");
+  EXPECT_EQ(r.status, 0);
+  EXPECT_TRUE(r.out == big);
+  EXPECT_EQ(Varnice("detect -v big.euc").out.substr(0, 7), "EUC-JP\n");
 }
 
 TEST_F(Command, ClearMessagesAndExitCodesForMistakes) {
@@ -161,22 +171,6 @@ TEST_F(Command, ClearMessagesAndExitCodesForMistakes) {
   }
 }
 
-// Input far larger than the detection window streams through unchanged.
-TEST_F(Command, LargeInputDetectsFromItsStartAndStreams) {
-  std::string text;
-  while (text.size() < 3'000'000) text += "line of ASCII then \xE6\x97\xA5\xE6\x9C\xAC\xE8\xAA\x9E\n";
-  WriteFile(Path("big.txt"), text);
-  ASSERT_EQ(Varnice("convert -f utf8 -t euc-jp -o big.euc big.txt").status, 0);
-  const Outcome r = Varnice("convert -f auto -t utf8 big.euc");
-  EXPECT_EQ(r.status, 0);
-  EXPECT_TRUE(r.out == text);
-  EXPECT_EQ(Varnice("detect -v big.euc").out.substr(0, 7), "EUC-JP\n");
-}
-
-}  // namespace
-
-namespace {
-
 TEST_F(Command, TransformsStackBetweenDecodingAndEncoding) {
   // Shift_JIS halfwidth katakana and fullwidth Latin, widened, made hiragana,
   // then upper-cased only where Latin.
@@ -194,7 +188,7 @@ TEST_F(Command, TransformsStackBetweenDecodingAndEncoding) {
   EXPECT_EQ(r.out.find('\r'), std::string::npos);
 }
 
-TEST_F(Command, TransformMistakesAreUsageErrors) {
+TEST_F(Command, TransformMistakesAreUsageErrorsAndFailuresArePlaced) {
   Outcome r = Varnice("convert -f UTF-8 -t UTF-8 -x upper,nonsense", "printf a | ");
   EXPECT_EQ(r.status, 2);
   EXPECT_NE(r.err.find("unknown transform 'nonsense'"), std::string::npos) << r.err;
@@ -206,12 +200,8 @@ TEST_F(Command, TransformMistakesAreUsageErrors) {
   EXPECT_EQ(r.status, 0);
   EXPECT_NE(r.out.find("crlf"), std::string::npos);
   EXPECT_NE(r.out.find("every line end to CR LF"), std::string::npos);
-}
-
-TEST_F(Command, TransformFailureIsPlacedAndExitsOne) {
   // U+00E9 composed from e + U+0301 is not in ASCII: the failure names where.
-  Outcome r = Varnice("convert -f UTF-8 -t US-ASCII -x compose --on-error=fail",
-                      "printf 'abce\\314\\201' | ");
+  r = Varnice("convert -f UTF-8 -t US-ASCII -x compose --on-error=fail", "printf 'abce\\314\\201' | ");
   EXPECT_EQ(r.status, 1);
   EXPECT_NE(r.err.find("U+00E9"), std::string::npos) << r.err;
   EXPECT_NE(r.err.find("between byte offsets"), std::string::npos) << r.err;

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "tests/detect/detect_test_support.h"
 #include "tests/stream/stream_test_support.h"
 #include "varnice/varnice.h"
 
@@ -13,24 +14,16 @@ namespace {
 using testing_streams::ChunkSource;
 using testing_streams::Collect16;
 
-std::u16string Direct(const ExternalEncoding& e, const std::string& bytes) {
-  qz_wstring w(bytes.data(), bytes.size(), e);
-  return std::u16string(reinterpret_cast<const char16_t*>(w.c_str()), w.size());
-}
+using detect_test::Decode;
 
 const ExternalEncoding* ScanText(EncodingChooser& chooser, const std::string& text) {
   return chooser.Scan(text.data(), text.data() + text.size());
 }
 
 std::u16string ReadAll(Char16Source& s) {
-  std::u16string text;
-  const unsigned short* b;
-  const unsigned short* e;
-  while (s.GetBuffer(b, e)) {
-    text.append(b, e);
-    s.DoneWith(e);
-  }
-  return text;
+  Collect16 sink;
+  sink.Put(s);
+  return sink.text;
 }
 
 class Detect : public ::testing::Test {
@@ -142,7 +135,7 @@ TEST_F(Detect, SourceReadsTheExaminedBytesAgainThroughTheChoice) {
   EXPECT_EQ(source.Chooser().ExaminedCount() % FileCharSource::kBufferSize, 0);
   EXPECT_GT(source.Chooser().ExaminedCount(), 2048);
   EXPECT_LT(source.Chooser().ExaminedCount(), static_cast<long>(bytes.size()));
-  EXPECT_EQ(ReadAll(source), Direct(*sjis, bytes));
+  EXPECT_EQ(ReadAll(source), Decode(*sjis, bytes));
   std::fclose(file);
 }
 
@@ -167,7 +160,7 @@ TEST_F(Detect, SinkHoldsEverythingUntilItDecides) {
   }
   EXPECT_EQ(sink2.ChosenEncoding(), sjis);  // decided before the end
   sink2.Flush();
-  EXPECT_EQ(target2.text, Direct(*sjis, bytes));
+  EXPECT_EQ(target2.text, Decode(*sjis, bytes));
 }
 
 TEST_F(Detect, CatalogueEncodingsReadButNeverWrite) {
@@ -190,8 +183,8 @@ TEST_F(Detect, CatalogueEncodingsReadButNeverWrite) {
 
   // Read as a whole string, like any input encoding.
   const std::string euro = "Caf\xE9 cr\xE8me \x80 5";
-  EXPECT_EQ(Direct(*any, euro), u"Café crème € 5");
-  EXPECT_EQ(Direct(*japanese, "\xE6\x97\xA5\xE6\x9C\xAC"), u"日本");
+  EXPECT_EQ(Decode(*any, euro), u"Café crème € 5");
+  EXPECT_EQ(Decode(*japanese, "\xE6\x97\xA5\xE6\x9C\xAC"), u"日本");
 }
 
 }  // namespace

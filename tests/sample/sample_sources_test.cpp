@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/fresh_process.h"
+#include "tests/stream/stream_test_support.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -23,25 +24,15 @@
 namespace {
 
 std::vector<unsigned short> ReadAll(Char16Source& source) {
-  std::vector<unsigned short> units;
-  const unsigned short* b;
-  const unsigned short* e;
-  while (source.GetBuffer(b, e)) {
-    units.insert(units.end(), b, e);
-    source.DoneWith(e);
-  }
-  return units;
+  testing_streams::Collect16 sink;
+  sink.Put(source);
+  return {sink.text.begin(), sink.text.end()};
 }
 
 std::string ReadAll(CharSource& source) {
-  std::string bytes;
-  const char* b;
-  const char* e;
-  while (source.GetBuffer(b, e)) {
-    bytes.append(b, e);
-    source.DoneWith(e);
-  }
-  return bytes;
+  testing_streams::Collect8 sink;
+  sink.Put(source);
+  return sink.text;
 }
 
 std::vector<unsigned short> Decode(const std::string& bytes, const ExternalEncoding& encoding) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "varnice/tables/finite_state_machine.h"
@@ -127,52 +128,39 @@ struct CategorisedMachine {
   Action32 actions[6];
 };
 
-TEST(FiniteStateMachine, ListingAWholeCategoryDoesNotSplitIt) {
-  CategorisedMachine data;
-  Machine m(2, 3, data.actions, data.map);
-  unsigned char const abc[] = {'c', 'a', 'b'};
-  m.DistinguishCharacters(abc, 3);
-  EXPECT_EQ(m.CategoryCount(), 2u);
-  EXPECT_FALSE(m.OwnsActions());
-  EXPECT_FALSE(m.OwnsCategories());
-}
-
-TEST(FiniteStateMachine, SplittingOneByteOfThree) {
-  CategorisedMachine data;
-  Machine m(2, 3, data.actions, data.map);
-  unsigned char const b[] = {'b'};
-  m.DistinguishCharacters(b, 1);
-  EXPECT_EQ(m.CategoryCount(), 3u);
-  EXPECT_EQ(m.Categories()['b'], 2);
-  EXPECT_EQ(m.Categories()['a'], 1);
-  EXPECT_EQ(m.Categories()['c'], 1);
-  EXPECT_EQ(m.Categories()['x'], 0);
-  for (unsigned short s = 0; s < 3; ++s) {
-    // The new category starts as a copy of the old one in every state.
-    EXPECT_TRUE(Same(m.Actions()[s * 3 + 2], data.actions[s * 2 + 1])) << s;
-    EXPECT_TRUE(Same(m.Actions()[s * 3 + 1], data.actions[s * 2 + 1])) << s;
-    EXPECT_TRUE(Same(m.Actions()[s * 3 + 0], data.actions[s * 2 + 0])) << s;
+// Which category each of 'a', 'b', 'c', 'x', 'y' ends in after listing bytes.
+TEST(FiniteStateMachine, DistinguishCharactersSplitsCategoriesInByteOrder) {
+  struct Row {
+    const char* listed;
+    unsigned count;
+    int abcxy[5];
+  } const rows[] = {
+      {"cab", 2, {1, 1, 1, 0, 0}},  // a whole category listed: nothing to split
+      {"b", 3, {1, 2, 1, 0, 0}},
+      // 'x' splits category 0 at byte 0, before 'b' splits category 1, so 'x'
+      // gets 2 and 'a' and 'c', which move together, get 3.
+      {"axc", 4, {3, 1, 3, 2, 0}},
+  };
+  for (const Row& r : rows) {
+    SCOPED_TRACE(r.listed);
+    CategorisedMachine data;
+    Machine m(2, 3, data.actions, data.map);
+    const std::string listed = r.listed;
+    m.DistinguishCharacters(reinterpret_cast<const unsigned char*>(listed.data()), listed.size());
+    EXPECT_EQ(m.CategoryCount(), r.count);
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(m.Categories()["abcxy"[i]], r.abcxy[i]) << "abcxy"[i];
+    EXPECT_EQ(m.OwnsActions(), r.count > 2);
+    EXPECT_EQ(m.OwnsCategories(), r.count > 2);
+    EXPECT_TRUE(data.ConstantDataUntouched());
+    // A new category starts as a copy of the old one in every state, in rows
+    // of CategoryCount() actions.
+    for (unsigned short s = 0; s < 3; ++s) {
+      for (unsigned char c : std::string("abcxy")) {
+        EXPECT_TRUE(Same(m.Actions()[s * m.CategoryCount() + m.Categories()[c]], data.actions[s * 2 + data.map[c]]))
+            << s << c;
+      }
+    }
   }
-  EXPECT_TRUE(m.OwnsActions());
-  EXPECT_TRUE(m.OwnsCategories());
-  EXPECT_TRUE(data.ConstantDataUntouched());
-}
-
-TEST(FiniteStateMachine, ListedBytesOfOneCategoryMoveTogether) {
-  CategorisedMachine data;
-  Machine m(2, 3, data.actions, data.map);
-  // 'x' splits category 0 at byte 0, before 'b' splits category 1, so 'x'
-  // gets 2 and 'a' and 'c' get 3.
-  unsigned char const list[] = {'a', 'x', 'c'};
-  m.DistinguishCharacters(list, 3);
-  EXPECT_EQ(m.CategoryCount(), 4u);
-  EXPECT_EQ(m.Categories()['x'], 2);
-  EXPECT_EQ(m.Categories()['a'], 3);
-  EXPECT_EQ(m.Categories()['c'], 3);
-  EXPECT_EQ(m.Categories()['b'], 1);
-  EXPECT_EQ(m.Categories()['y'], 0);
-  EXPECT_TRUE(Same(m.GetAction(1, 'x'), data.actions[2]));
-  EXPECT_TRUE(Same(m.GetAction(2, 'a'), data.actions[5]));
 }
 
 TEST(FiniteStateMachine, TransitionsTouchOnlyTheListedBytes) {

@@ -78,21 +78,19 @@ TEST(PlaneTable, LookupsAndBounds) {
   PlaneTable<unsigned short, unsigned long> empty(0, noPlanes);
   EXPECT_EQ(empty.SmallestIndex(), 0);
   EXPECT_EQ(empty.LargestIndex(), 0);
-}
 
-// The first (last) present plane holding only missing values yields its plane
-// number, unshifted, even though a later (earlier) plane has values.
-TEST(PlaneTable, BoundsOfAnAllMissingPlaneAreThePlaneNumber) {
+  // The first (last) present plane holding only missing values yields its plane
+  // number, unshifted, even though a later (earlier) plane has values.
   std::uint32_t allMissing[256] = {};
   std::uint32_t plane05[256] = {};
   plane05[0x10] = 1;
-  std::uint32_t const* planes[256] = {};
-  planes[0x03] = allMissing;
-  planes[0x05] = plane05;
-  planes[0xFE] = allMissing;
-  PlaneTable<unsigned short, unsigned long> table(0, planes);
-  EXPECT_EQ(table.SmallestIndex(), 0x03);
-  EXPECT_EQ(table.LargestIndex(), 0xFE);
+  std::uint32_t const* sparse[256] = {};
+  sparse[0x03] = allMissing;
+  sparse[0x05] = plane05;
+  sparse[0xFE] = allMissing;
+  PlaneTable<unsigned short, unsigned long> bounds(0, sparse);
+  EXPECT_EQ(bounds.SmallestIndex(), 0x03);
+  EXPECT_EQ(bounds.LargestIndex(), 0xFE);
 }
 
 TEST(DeltaTable, AddsDeltaOfTheInnerTable) {

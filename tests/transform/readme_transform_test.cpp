@@ -38,26 +38,18 @@ namespace {
 
 // "\r", "\n" and "\uXXXX" as the README writes them, the rest as UTF-8.
 std::u16string Unescape(const std::string& s) {
+  const qz_wstring units(s.data(), static_cast<unsigned>(s.size()), *ExternalEncoding::Unicode20UTF8());
+  const std::u16string text(units.data(), units.data() + units.size());
   std::u16string out;
-  for (std::size_t i = 0; i < s.size();) {
-    if (s[i] == '\\' && i + 1 < s.size() && (s[i + 1] == 'r' || s[i + 1] == 'n')) {
-      out.push_back(s[i + 1] == 'r' ? u'\r' : u'\n');
-      i += 2;
-    } else if (s.compare(i, 2, "\\u") == 0) {
-      out.push_back(static_cast<char16_t>(std::stoul(s.substr(i + 2, 4), nullptr, 16)));
-      i += 6;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == u'\\' && i + 1 < text.size() && (text[i + 1] == u'r' || text[i + 1] == u'n')) {
+      out.push_back(text[++i] == u'r' ? u'\r' : u'\n');
+    } else if (text.compare(i, 2, u"\\u") == 0) {
+      const std::string hex(text.begin() + i + 2, text.begin() + i + 6);
+      out.push_back(static_cast<char16_t>(std::stoul(hex, nullptr, 16)));
+      i += 5;
     } else {
-      const unsigned char b = static_cast<unsigned char>(s[i]);
-      const int n = b < 0x80 ? 1 : b < 0xE0 ? 2 : b < 0xF0 ? 3 : 4;
-      char32_t c = n == 1 ? b : b & (0x7F >> n);
-      for (int k = 1; k < n; ++k) c = (c << 6) | (s[i + k] & 0x3F);
-      if (c > 0xFFFF) {
-        out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
-        out.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
-      } else {
-        out.push_back(static_cast<char16_t>(c));
-      }
-      i += n;
+      out.push_back(text[i]);
     }
   }
   return out;
@@ -66,6 +58,7 @@ std::u16string Unescape(const std::string& s) {
 }  // namespace
 
 TEST(ReadmeUsage, EveryTransformOfTheTableDoesWhatItsExampleSays) {
+  EncodingCatalogue::CreateAll();
   std::ifstream readme(VARNICE_SOURCE_DIR "/README.md");
   std::string line;
   int rows = 0;

@@ -274,10 +274,6 @@ TEST(QzString, CopiesFromManyThreadsKeepTheCountRight) {
   EXPECT_EQ(V(original), "Text shared between threads");
 }
 
-}  // namespace
-
-namespace {
-
 TEST(QzStringHash, EqualStringsHashAlikeAndWorkAsKeys) {
   std::unordered_set<qz_string> names;
   names.insert(qz_string("Shift_JIS"));

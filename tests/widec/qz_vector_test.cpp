@@ -31,9 +31,8 @@ TEST(QzVector, GrowsByGoldenRatioAndKeepsOwnedElements) {
     EXPECT_EQ(Counted::destroyed, 0);  // growing moved them, deleted none
   }
   EXPECT_EQ(Counted::destroyed, 7);
-}
 
-TEST(QzVector, PushingOwnElementWhileGrowing) {
+  // An argument that lives in the storage being replaced is read first.
   qz_vector<qz_string> v;
   v.push_back(qz_string("first"));
   v.push_back(v[0]);  // full: the argument lives in the storage being replaced
