@@ -29,7 +29,8 @@ class UnicodeLibAllocator;
 // them too), so none may change.
 enum BlockConversionResult : int {
   // Never returned by Convert or Finish: a step of a converter's inner loop
-  // made progress and the loop goes on.
+  // made progress and the loop goes on. It is the only value below
+  // kConversionDone, so such a loop runs while `r < kConversionDone`.
   kKeepConverting = -1,
   kConversionDone = 0,          // nothing more to do
   kInputUsedUp = 1,             // read more

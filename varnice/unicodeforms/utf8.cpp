@@ -143,7 +143,7 @@ int UTF8toWhatever::ConvertByteAtATime(const char*& in, const char* inEnd, unsig
   auto* p = reinterpret_cast<const unsigned char*>(in);
   const auto* end = reinterpret_cast<const unsigned char*>(inEnd);
   int result;
-  while ((result = Step(p, end, out, outEnd)) == kKeepConverting) {
+  while ((result = Step(p, end, out, outEnd)) < kConversionDone) {
   }
   in = reinterpret_cast<const char*>(p);
   return result;
@@ -201,7 +201,7 @@ int UTF8toWhatever::Convert(const char*& in, const char* inEnd, unsigned short*&
       }
     }
     result = Step(p, end, out, outEnd);
-  } while (result == kKeepConverting);
+  } while (result < kConversionDone);
   in = reinterpret_cast<const char*>(p);
   return result;
 }
@@ -253,7 +253,7 @@ int UTF8fromWhatever::ConvertUnitAtATime(const unsigned short*& in, const unsign
   auto* o = reinterpret_cast<unsigned char*>(out);
   const auto* end = reinterpret_cast<const unsigned char*>(outEnd);
   int result;
-  while ((result = Step(in, inEnd, o, end, capacity)) == kKeepConverting) {
+  while ((result = Step(in, inEnd, o, end, capacity)) < kConversionDone) {
   }
   out = reinterpret_cast<char*>(o);
   return result;
@@ -308,7 +308,7 @@ int UTF8fromWhatever::Convert(const unsigned short*& in, const unsigned short* i
       if (capacity != -1) capacity = budget;
     }
     result = Step(in, inEnd, o, end, capacity);
-  } while (result == kKeepConverting);
+  } while (result < kConversionDone);
   out = reinterpret_cast<char*>(o);
   return result;
 }
