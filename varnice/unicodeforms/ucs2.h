@@ -27,6 +27,8 @@ class VARNICE_API PlatformByteOrder {
 // or Reset are looked at for a mark: FE FF switches to big-endian, FF FE to
 // little-endian, and the mark is consumed. A byte left over at the end of a
 // block waits for the next; an odd last byte is dropped.
+// ("Whatever": the 16-bit side is whichever internal encoding the variant
+// serves, Unicode 2.0, 1.1 or a decorated one; the converter only moves units.)
 class VARNICE_API UCS2toWhatever : public BlockConverter_8_to_16 {
  public:
   explicit UCS2toWhatever(bool bigEndian);

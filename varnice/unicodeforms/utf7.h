@@ -34,6 +34,8 @@ struct UTF7RunState {
 // Illegal input (3), with the converter reset: a byte above 0x7F; a run that
 // ends before producing a unit ("+!", "+AG-"); a run whose leftover bits are
 // not all zero ("+AGF-"). A "+" inside a run is the base64 digit 62.
+// ("Whatever": the 16-bit side is whichever internal encoding the variant
+// serves, Unicode 2.0, 1.1 or a decorated one; the converter only moves units.)
 class VARNICE_API UTF7toWhatever : public BlockConverter_8_to_16 {
  public:
   UTF7toWhatever();

@@ -31,6 +31,8 @@ extern VARNICE_API const unsigned char UTF8_CHAR_LENGTHS_FROM_LEAD[256];
 // U+FFFF becomes a surrogate pair when surrogates are allowed and it is at
 // most U+10FFFF, else it is reported as undefined (4) after the whole
 // sequence. A sequence cut by the end of a block is carried to the next call.
+// ("Whatever": the 16-bit side is whichever internal encoding the variant
+// serves, Unicode 2.0, 1.1 or a decorated one; the converter only moves units.)
 class VARNICE_API UTF8toWhatever : public BlockConverter_8_to_16 {
  public:
   explicit UTF8toWhatever(bool allowSurrogates);
