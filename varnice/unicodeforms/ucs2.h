@@ -82,13 +82,8 @@ class VARNICE_API UCS2variant : public ExternalEncoding {
               const char** names);
   ~UCS2variant();
 
-  // The bytes may hold NUL, CR and LF halves.
-  bool IsTextModeSafe() const override;
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override;
-  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
+  // IsTextModeSafe: false, the bytes may hold NUL, CR and LF halves.
+  VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Internal() const { return internal_; }
   bool IsBigEndian() const { return bigEndian_; }

@@ -104,12 +104,7 @@ class VARNICE_API UTF7EncodingVariant : public ExternalEncoding {
                       bool alwaysClose, const char** names, const char* mimeName);
   ~UTF7EncodingVariant();
 
-  bool IsTextModeSafe() const override;
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override;
-  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
+  VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Internal() const { return internal_; }
   bool WritesSetODirectly() const { return setODirect_; }

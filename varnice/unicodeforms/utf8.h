@@ -108,14 +108,9 @@ class VARNICE_API UTF8EncodingVariant : public ExternalEncoding {
                       bool allowSurrogates, const char** names);
   ~UTF8EncodingVariant();
 
-  bool IsTextModeSafe() const override;
   // Each stage also passes the text through the internal encoding's own
   // stage, so the Unicode side is always Unicode 2.0.
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override;
-  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
+  VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Internal() const { return internal_; }
   bool AllowsSurrogates() const { return allowSurrogates_; }
