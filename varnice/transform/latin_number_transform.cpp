@@ -4,6 +4,7 @@
 
 #include "varnice/charprops/types/character_test.h"
 #include "varnice/transform/language_tables.h"
+#include "varnice/transform/transform_frame.h"
 #include "varnice/widec/utf16_units.h"
 
 using varnice::internal::CombineSurrogates;
@@ -64,30 +65,11 @@ bool ToLatinNumberTransform::FillBuffer() {
     *out = c;
     return out + 1;
   };
-  unsigned short* out = buffer_;
-  unsigned short* const limit = buffer_ + kBufferSize - 1;
-  const unsigned short* b;
-  const unsigned short* e;
-  bool ended = false;
-  while (out < limit) {
-    if (!source_.GetBuffer(b, e)) {
-      ended = true;
-      break;
-    }
-    while (b < e && out < limit) {
-      if (held != 0 || *b >= kFirstForeignDigit) {
-        out = step(*b++, out);
-        continue;
-      }
-      // A run with no digit but 0-9 and nothing held: copied as it is.
-      const unsigned short* run = b + 1;
-      const unsigned short* runEnd = b + std::min<long>(e - b, limit - out);
-      while (run < runEnd && *run < kFirstForeignDigit) ++run;
-      out = std::copy(b, run, out);
-      b = run;
-    }
-    source_.DoneWith(b);
-  }
+  // Runs with no digit but 0-9, and nothing held, are copied as they are.
+  bool ended;
+  unsigned short* out = varnice::internal::FillUnitsCopying(
+      source_, buffer_, buffer_ + kBufferSize - 1, ended,
+      [&held](unsigned short c) { return held == 0 && c < kFirstForeignDigit; }, step);
   if (ended && held != 0) {
     *out++ = held;
     held = 0;
