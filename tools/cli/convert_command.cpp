@@ -16,6 +16,7 @@
 #include "tools/cli/cli.h"
 #include "tools/cli/detection_window.h"
 #include "varnice/varnice.h"
+#include "varnice/widec/utf16_units.h"
 
 namespace cli {
 namespace {
@@ -86,14 +87,14 @@ class CommandBehavior : public UnicodeLibBehavior {
   void HandleInternalToExternalConversionProblem(InternalToExternalConversionProblem& p) override {
     const unsigned short last = p.inputStop[-1];
     // The low half of a pair whose high half was already settled.
-    if (last >= 0xDC00 && last < 0xE000 && highSettled_) {
+    if (varnice::internal::IsLowSurrogate(last) && highSettled_) {
       highSettled_ = false;
       return;
     }
-    highSettled_ = last >= 0xD800 && last < 0xDC00;
+    highSettled_ = varnice::internal::IsHighSurrogate(last);
     if (mode_ == OnError::kFail) {
       unsigned long c = last;
-      if (highSettled_ && p.inputStop < p.inputEnd) c = 0x10000 + ((c - 0xD800UL) << 10) + (p.inputStop[0] - 0xDC00);
+      if (highSettled_ && p.inputStop < p.inputEnd) c = varnice::internal::CombineSurrogates(c, p.inputStop[0]);
       char text[80];
       std::snprintf(text, sizeof text, "U+%04lX, which %s cannot represent,", c, DisplayName(p.target));
       throw Unconvertible{text};
@@ -140,14 +141,8 @@ class Pipeline {
  public:
   Pipeline(const ExternalEncoding& from, const ExternalEncoding& to, CharSink& output)
       : fromUnicode_(to.CreateCharSinkFromUnicode(output, arena_)),
-        counter_(fromUnicode_),
+        counter_(fromUnicode_.get()),
         toUnicode_(from.CreateCharSinkToUnicode(counter_, arena_)) {}
-  ~Pipeline() {
-    delete toUnicode_;
-    delete fromUnicode_;
-  }
-  Pipeline(const Pipeline&) = delete;
-  Pipeline& operator=(const Pipeline&) = delete;
 
   void Put(const char* b, const char* e) { toUnicode_->PutBuffer(b, e); }
   void Finish() { toUnicode_->Flush(); }
@@ -155,9 +150,10 @@ class Pipeline {
 
  private:
   LinearAllocator arena_{4096, __FILE__, __LINE__};
-  Char16Sink* fromUnicode_;
+  // Destroyed in reverse: the stage that receives the text goes first.
+  std::unique_ptr<Char16Sink> fromUnicode_;
   CountingSink counter_;
-  CharSink* toUnicode_;
+  std::unique_ptr<CharSink> toUnicode_;
 };
 
 class ProgressBar {
@@ -191,8 +187,8 @@ class ProgressBar {
 
 // Where the unconvertible character starts: the conversion is run again up
 // to the failing piece, then byte by byte, and the answer is the end of the
-// last byte that completed a character. Null when the input cannot be read
-// again.
+// last byte that completed a character. False when the input cannot be read
+// again or the second run does not fail.
 bool LocateFailure(Input& in, const ExternalEncoding& from, const ExternalEncoding& to, long long pieceStart,
                    long long& offset) {
   if (!in.Rewind()) return false;
@@ -430,7 +426,8 @@ int ConvertStrictly(Input& in, DetectionWindow* window, const ExternalEncoding& 
   return kConversionFailed;
 }
 
-// Converts one input into `out`; kOk, kConversionFailed or kIoError.
+// Converts one input into `out`; kOk, kConversionFailed, kIoError, or kUsage
+// when detection has no candidates.
 int ConvertOne(Input& in, const ExternalEncoding& from, const ExternalEncoding& to, const Options& o,
                const std::u16string& substitute, CharSink& out, long long& replaced) {
   const ExternalEncoding* source = &from;
@@ -535,7 +532,9 @@ class Output {
   Output& operator=(const Output&) = delete;
 
   std::FILE* File() const { return file_; }
-  // Puts the output in place when `ok`; false (after a message) if writing failed.
+  // Puts the output in place when `ok`, else drops a temporary unused. False
+  // (after a message) when the output was wanted and could not be written;
+  // standard output and files written in place report their errors either way.
   bool Close(bool ok) {
     bool written = std::fflush(file_) == 0 && !std::ferror(file_);
     int error = errno;

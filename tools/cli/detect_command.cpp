@@ -64,27 +64,13 @@ std::string Reading(const ExternalEncodingDetector& d) {
   return words.empty() ? "nothing read" : words;
 }
 
-// The candidates with the best score, in candidate order.
-std::vector<const ExternalEncodingDetector*> Leaders(const EncodingChooser& chooser) {
-  int best = INT_MIN;
-  for (int i = 0; i < chooser.CandidateCount(); ++i) {
-    if (const ExternalEncodingDetector* d = chooser.Detector(i)) best = std::max(best, d->Score());
-  }
-  std::vector<const ExternalEncodingDetector*> leaders;
-  for (int i = 0; i < chooser.CandidateCount(); ++i) {
-    const ExternalEncodingDetector* d = chooser.Detector(i);
-    if (d != nullptr && d->Score() == best) leaders.push_back(d);
-  }
-  return leaders;
-}
-
 void Explain(const DetectionWindow& window, const ExternalEncoding& chosen) {
   const EncodingChooser& chooser = window.Chooser();
   if (window.PassedOn() > 0) {
     std::printf("  %lld bytes of ASCII skipped: every remaining candidate reads them alike\n", window.PassedOn());
   }
   std::printf("  %ld bytes examined\n", chooser.ExaminedCount());
-  const auto leaders = Leaders(chooser);
+  const auto leaders = window.Leaders();
   if (window.Decided()) {
     std::printf("  decided: %s alone read the most plausible text\n", chosen.Name());
   } else {

@@ -15,29 +15,36 @@ DetectionWindow::DetectionWindow(const AutoDetectEncoding& detecting, long windo
                                                  static_cast<int>(candidates_.size()), *arena_,
                                                  detecting.DetectorFactory())) {}
 
-std::vector<const ExternalEncoding*> DetectionWindow::AlikeLeaders() const {
+std::vector<const ExternalEncodingDetector*> DetectionWindow::Leaders() const {
   int best = INT_MIN;
   for (int i = 0; i < chooser_->CandidateCount(); ++i) {
     if (const ExternalEncodingDetector* d = chooser_->Detector(i)) best = std::max(best, d->Score());
   }
-  std::vector<const ExternalEncoding*> leaders;
-  if (best == INT_MIN) return leaders;
+  std::vector<const ExternalEncodingDetector*> leaders;
+  for (int i = 0; i < chooser_->CandidateCount(); ++i) {
+    const ExternalEncodingDetector* d = chooser_->Detector(i);
+    if (d != nullptr && d->Score() == best) leaders.push_back(d);
+  }
+  return leaders;
+}
+
+std::vector<const ExternalEncoding*> DetectionWindow::AlikeLeaders() const {
+  std::vector<const ExternalEncoding*> alike;
   const char* b = chooser_->Examined();
   const std::size_t n = chooser_->ExaminedCount();
   qz_wstring first;
-  for (int i = 0; i < chooser_->CandidateCount(); ++i) {
-    const ExternalEncodingDetector* d = chooser_->Detector(i);
-    if (d == nullptr || d->Score() != best) continue;
+  for (const ExternalEncodingDetector* d : Leaders()) {
+    if (d->Score() == INT_MIN) return {};  // all ruled out
     qz_wstring reading(b, n, d->Encoding());
-    if (leaders.empty()) {
+    if (alike.empty()) {
       first = reading;
     } else if (reading.size() != first.size() ||
                std::memcmp(reading.data(), first.data(), first.size() * sizeof(unsigned short)) != 0) {
       return {};
     }
-    leaders.push_back(&d->Encoding());
+    alike.push_back(&d->Encoding());
   }
-  return leaders;
+  return alike;
 }
 
 const ExternalEncoding* DetectionWindow::Choose(Input& in, const PassOn& passOn) {

@@ -50,6 +50,8 @@ class DetectionWindow {
   const char* LeftoverBegin() const { return leftoverBegin_; }
   const char* LeftoverEnd() const { return leftoverEnd_; }
   const EncodingChooser& Chooser() const { return *chooser_; }
+  // The candidates sharing the best score so far, in candidate order.
+  std::vector<const ExternalEncodingDetector*> Leaders() const;
 
  private:
   // The candidates sharing the best score, when they all read the examined

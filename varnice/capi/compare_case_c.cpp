@@ -5,6 +5,7 @@
 #include "varnice/capi/varnice_c.h"
 #include "varnice/charprops/property_tables.h"
 #include "varnice/charprops/unicode_comparator.h"
+#include "varnice/widec/utf16_units.h"
 
 extern "C" int Varnice_compare_raw_unicode_sz(const unsigned short* a, const unsigned short* b) {
   return RawUnicodeComparator()(a, b);
@@ -70,7 +71,7 @@ extern "C" unsigned long UTF8toupper(const unsigned char* p) {
   ch -= kOffsets[trail];
   // Beyond the 16-bit tables: a low surrogate's row (absent, so the input
   // comes back) or U+FFFD.
-  if (ch > 0xFFFF) ch = ch < 0x110000 ? 0xDC00 + (ch & 0x3FF) : 0xFFFD;
+  if (ch > 0xFFFF) ch = ch < 0x110000 ? varnice::internal::LowSurrogateOf(ch) : 0xFFFD;
   const std::uint32_t* row = varnice::internal::kUtf8UpperRows[ch >> 8];
   const std::uint32_t upper = row != nullptr ? row[ch & 0xFF] : 0;
   return upper != 0 ? upper : PackedBytes(p, trail + 1);

@@ -2,9 +2,10 @@
 
 #include <cstdio>
 
+#include "varnice/encoding/variation_groups.h"
+
 namespace {
 
-constexpr unsigned int kGroupBits = 5;
 constexpr unsigned int kMaxChainBits = 21;  // four groups
 
 }  // namespace
@@ -30,14 +31,7 @@ EncodingVariationID::EncodingVariationID(unsigned long value)
   if (value > 0xFFFFFFFFul || !IsWellFormed()) throw Malformed(value);
 }
 
-unsigned int EncodingVariationID::BitsUsed() const {
-  unsigned int bits = 0;
-  for (std::uint64_t threshold = 1; threshold <= 0xFFFFFFFFu && value_ >= threshold;
-       threshold <<= kGroupBits) {
-    bits += kGroupBits;
-  }
-  return bits;
-}
+unsigned int EncodingVariationID::BitsUsed() const { return varnice::internal::VariationBitsUsed(value_, 0); }
 
 EncodingVariationID EncodingVariationID::operator+(EncodingVariationID other) const {
   const unsigned int used = BitsUsed();
@@ -51,10 +45,5 @@ EncodingVariationID& EncodingVariationID::operator+=(EncodingVariationID other) 
 }
 
 bool EncodingVariationID::IsWellFormed() const {
-  unsigned int bits = 0;
-  for (std::uint32_t rest = value_; rest != 0; rest >>= kGroupBits) {
-    if ((rest & 31) > 9) return false;
-    bits += kGroupBits;
-  }
-  return bits < kMaxChainBits;
+  return varnice::internal::VariationGroupsWellFormed(value_, 0, kMaxChainBits);
 }

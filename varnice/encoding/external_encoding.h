@@ -15,6 +15,16 @@ class Char16Source;
 class ExternalEncodingDetector;
 class UnicodeLibAllocator;
 
+// The overrides of an external encoding that makes its own stages and
+// detector, in slot order; a class's own comments say where its answers differ.
+#define VARNICE_EXTERNAL_ENCODING_OVERRIDES                                                     \
+  bool IsTextModeSafe() const override;                                                           \
+  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override; \
+  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override; \
+  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;    \
+  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;      \
+  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override
+
 class VARNICE_API ExternalEncoding : public TextEncoding {
  public:
   // A Char16Source that decodes this encoding; the type every

@@ -12,6 +12,19 @@ class Char16Sink;
 class Char16Source;
 class UnicodeLibAllocator;
 
+// The overrides every internal encoding declares, in slot order; a class's
+// own comments say where its answers differ.
+#define VARNICE_INTERNAL_ENCODING_OVERRIDES                                                       \
+  CharacterScript GetCharacterScript(unsigned long ch) const override;                              \
+  unsigned long ToUnicode(unsigned long ch) const override;                                         \
+  unsigned long FromUnicode(unsigned long ch) const override;                                       \
+  unsigned long MayBreakLineBefore(unsigned short ch) const override;                               \
+  unsigned long MayBreakLineAfter(unsigned short ch) const override;                                \
+  Char16Source* CreateCharSourceToUnicode(Char16Source& in, UnicodeLibAllocator& a) const override; \
+  Char16Source* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override; \
+  Char16Sink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;      \
+  Char16Sink* CreateCharSinkFromUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override
+
 class VARNICE_API InternalEncoding : public TextEncoding {
  public:
   unsigned int TokenSize() const override;

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 
+#include "varnice/encoding/arena_placement.h"
 #include "varnice/stream/char_sink.h"
 #include "varnice/widec/qz_exception.h"
 
@@ -17,19 +17,13 @@ LinearAllocator::LinearAllocator(unsigned int size, const char* file, int line)
 LinearAllocator::~LinearAllocator() { std::free(block_); }
 
 void* LinearAllocator::Allocate(unsigned int size) {
-  const unsigned long rounded = (static_cast<unsigned long>(size) + 3) & ~3ul;
-  if (rounded <= static_cast<unsigned long>(end_ - next_)) {
-    void* p = next_;
-    next_ += rounded;
-    return p;
-  }
-  ++heapRequests_;
-  return new (std::nothrow) char[rounded == 0 ? 1 : rounded];
+  bool fromHeap;
+  void* p = varnice::internal::PlaceInArena(next_, end_, size, fromHeap);
+  if (fromHeap) ++heapRequests_;
+  return p;
 }
 
-void LinearAllocator::Free(void* p) {
-  if (p != nullptr && !Owns(p)) delete[] static_cast<char*>(p);
-}
+void LinearAllocator::Free(void* p) { varnice::internal::FreeFromArena(p, start_, end_); }
 
 void LinearAllocator::GenerateReport(CharSink& sink) const {
   char line[320];

@@ -32,8 +32,6 @@ class VARNICE_API LinearAllocator : public UnicodeLibAllocator {
   unsigned int BytesTotal() const { return static_cast<unsigned int>(end_ - start_); }
 
  private:
-  bool Owns(const void* p) const { return p >= start_ && p < end_; }
-
   void* block_;
   char* start_;
   char* next_;

@@ -2,10 +2,11 @@
 
 #include <cstdio>
 
+#include "varnice/encoding/variation_groups.h"
+
 namespace {
 
 constexpr unsigned int kBaseBits = 12;
-constexpr unsigned int kGroupBits = 5;
 constexpr unsigned int kMaxIdBits = 29;  // base plus three groups
 
 }  // namespace
@@ -30,14 +31,7 @@ TextEncodingID::TextEncodingID(unsigned long value) : value_(static_cast<std::ui
   if (value > 0xFFFFFFFFul || !IsWellFormed()) throw Malformed(value);
 }
 
-unsigned int TextEncodingID::BitsUsed() const {
-  unsigned int bits = kBaseBits;
-  for (std::uint64_t threshold = 1u << kBaseBits; threshold <= 0xFFFFFFFFu && value_ >= threshold;
-       threshold <<= kGroupBits) {
-    bits += kGroupBits;
-  }
-  return bits;
-}
+unsigned int TextEncodingID::BitsUsed() const { return varnice::internal::VariationBitsUsed(value_, kBaseBits); }
 
 TextEncodingID TextEncodingID::operator+(EncodingVariationID v) const {
   const unsigned int used = BitsUsed();
@@ -51,11 +45,6 @@ TextEncodingID& TextEncodingID::operator+=(EncodingVariationID v) {
 }
 
 bool TextEncodingID::IsWellFormed() const {
-  if ((value_ & 0xfff) > kLargestBaseEncoding) return false;
-  unsigned int bits = kBaseBits;
-  for (std::uint32_t rest = value_ >> kBaseBits; rest != 0; rest >>= kGroupBits) {
-    if ((rest & 31) > 9) return false;
-    bits += kGroupBits;
-  }
-  return bits < kMaxIdBits;
+  return (value_ & 0xfff) <= kLargestBaseEncoding &&
+         varnice::internal::VariationGroupsWellFormed(value_, kBaseBits, kMaxIdBits);
 }

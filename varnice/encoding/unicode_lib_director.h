@@ -16,7 +16,8 @@ class VARNICE_API UnicodeLibDirector {
   UnicodeLibDirector& operator=(const UnicodeLibDirector&) = delete;
   ~UnicodeLibDirector();
 
-  // Hands the director an actor to own in that place.
+  // Hands the director an actor to own in that place. The names say what the
+  // director will do with it: delete it, first or second, when it goes.
   void DeleteFirst(UnicodeLibActor* actor) { first_ = actor; }
   void DeleteSecond(UnicodeLibActor* actor) { second_ = actor; }
 

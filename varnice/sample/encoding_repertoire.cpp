@@ -6,11 +6,12 @@
 #include "varnice/encoding/external_encoding.h"
 #include "varnice/widec/qz_string.h"
 #include "varnice/widec/qz_wstring.h"
+#include "varnice/widec/utf16_units.h"
 
 EncodingRepertoire::EncodingRepertoire(const ExternalEncoding& encoding) : encoding_(encoding) {
   std::vector<unsigned short> candidates;
   for (unsigned long c = 1; c < 0xFFFE; ++c) {
-    const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
+    const bool surrogate = varnice::internal::IsSurrogate(c);
     if (!surrogate && c != 0xFEFF && (AnyDefinedCharacter->Test(c) || ControlCharacter->Test(c))) {
       candidates.push_back(static_cast<unsigned short>(c));
     }

@@ -4,12 +4,13 @@
 
 #include "varnice/charprops/character_property.h"
 #include "varnice/charprops/types/character_test.h"
+#include "varnice/widec/utf16_units.h"
 
 namespace {
 
 // Controls come only with a test that asks for them: they make poor text.
 bool IsSampleCharacter(unsigned long c, const CharacterTest* test) {
-  const bool surrogate = c >= 0xD800 && c <= 0xDFFF;
+  const bool surrogate = varnice::internal::IsSurrogate(c);
   if (c == 0 || surrogate || c == 0xFEFF || c >= 0xFFFE) return false;
   return AnyDefinedCharacter->Test(c) || (test != nullptr && ControlCharacter->Test(c));
 }

@@ -1,6 +1,6 @@
 #include "varnice/stream/buffer_char16_sink.h"
 
-#include <algorithm>
+#include "varnice/stream/buffer_fill.h"
 
 // The virtual base's constructor is chosen here (see BufferCharSink).
 BufferChar16Sink::BufferChar16Sink(unsigned short* buffer, long capacity)
@@ -18,15 +18,7 @@ void BufferChar16Sink::Flush() {}
 long BufferChar16Sink::RemainingCapacity() const { return limit_ - position_; }
 
 void BufferChar16Sink::PutBuffer(const unsigned short* begin, const unsigned short* end) {
-  if (truncated_) return;
-  long n = end - begin;
-  const long room = limit_ - position_;
-  if (n > room) {
-    n = room;
-    truncated_ = true;
-  }
-  if (n > 0) position_ = std::copy_n(begin, n, position_);
-  if (position_ < limit_) *position_ = 0;
+  varnice::internal::PutTruncating(begin, end, position_, limit_, truncated_);
 }
 
 const unsigned short* BufferChar16Sink::c_str() const {

@@ -1,6 +1,6 @@
 #include "varnice/stream/buffer_char_sink.h"
 
-#include <cstring>
+#include "varnice/stream/buffer_fill.h"
 
 // UnicodeLibActor is a virtual base, so this constructor, not CharSink's,
 // decides which behaviour the sink gets: the default one.
@@ -24,18 +24,7 @@ long BufferCharSink::RemainingCapacity() const { return limit_ - position_; }
 void BufferCharSink::MarkAsTruncated() { truncated_ = true; }
 
 void BufferCharSink::PutBuffer(const char* begin, const char* end) {
-  if (truncated_) return;
-  long n = end - begin;
-  const long room = limit_ - position_;
-  if (n > room) {
-    n = room;
-    truncated_ = true;
-  }
-  if (n > 0) {
-    std::memcpy(position_, begin, static_cast<std::size_t>(n));
-    position_ += n;
-  }
-  if (position_ < limit_) *position_ = '\0';
+  varnice::internal::PutTruncating(begin, end, position_, limit_, truncated_);
 }
 
 const char* BufferCharSink::c_str() const {

@@ -7,6 +7,31 @@ namespace varnice::internal {
 
 constexpr int kNewline = 10;
 
+// The loop both readers share: copies units from `source` to `out` while
+// `room(out)` allows, up to and including a newline (stored only when
+// `keepNewline`), then NUL-terminates. Returns buf, or null when nothing was
+// stored and no newline came.
+template <class Unit, class Source, class Room>
+Unit* CopyLine(Source& source, Unit* buf, Unit* out, Room room, bool keepNewline) {
+  const Unit* b;
+  const Unit* e;
+  while (room(out) && source.GetBuffer(b, e)) {
+    while (b < e && room(out)) {
+      const Unit c = *b++;
+      if (c == kNewline) {
+        if (keepNewline) *out++ = c;
+        source.DoneWith(b);
+        *out = 0;
+        return buf;
+      }
+      *out++ = c;
+    }
+    source.DoneWith(b);
+  }
+  *out = 0;
+  return out != buf ? buf : nullptr;
+}
+
 // fgets: at most n - 1 units, newline kept, NUL-terminated. A pushed-back
 // unit is taken out of its slot.
 template <class Unit, class Source, class Slot>
@@ -23,22 +48,7 @@ Unit* ReadLineKeepingNewline(Source& source, Slot& slot, Unit* buf, int n) {
       return buf;
     }
   }
-  const Unit* b;
-  const Unit* e;
-  while (out < limit && source.GetBuffer(b, e)) {
-    while (b < e && out < limit) {
-      const Unit c = *b++;
-      *out++ = c;
-      if (c == kNewline) {
-        source.DoneWith(b);
-        *out = 0;
-        return buf;
-      }
-    }
-    source.DoneWith(b);
-  }
-  *out = 0;
-  return out != buf ? buf : nullptr;
+  return CopyLine(source, buf, out, [limit](const Unit* at) { return at < limit; }, true);
 }
 
 // gets: at most n - 1 units (no limit when n == -1), newline consumed but not
@@ -51,7 +61,7 @@ Unit* ReadLineDroppingNewline(Source& source, Slot& slot, Unit* buf, int n) {
   const bool unlimited = n == -1;
   Unit* const limit = unlimited ? nullptr : buf + n - 1;
   Unit* out = buf;
-  auto room = [&] { return unlimited || out < limit; };
+  auto room = [unlimited, limit](const Unit* at) { return unlimited || at < limit; };
   if (slot == kNewline) {
     slot = -1;
     *buf = 0;
@@ -59,23 +69,8 @@ Unit* ReadLineDroppingNewline(Source& source, Slot& slot, Unit* buf, int n) {
   }
   // With n == 1 there is no room for the pushed-back unit: storing it would
   // put the NUL past the buffer.
-  if (slot != -1 && room()) *out++ = static_cast<Unit>(slot);
-  const Unit* b;
-  const Unit* e;
-  while (room() && source.GetBuffer(b, e)) {
-    while (b < e && room()) {
-      const Unit c = *b++;
-      if (c == kNewline) {
-        source.DoneWith(b);
-        *out = 0;
-        return buf;
-      }
-      *out++ = c;
-    }
-    source.DoneWith(b);
-  }
-  *out = 0;
-  return out != buf ? buf : nullptr;
+  if (slot != -1 && room(out)) *out++ = static_cast<Unit>(slot);
+  return CopyLine(source, buf, out, room, false);
 }
 
 }  // namespace varnice::internal

@@ -16,14 +16,9 @@ class ChunkTable : public virtual Table<K, V> {
   // as stored, even when it equals the missing value.
   ChunkTable(V missing, ChunkTableEntryUSL const* entries, long count);
 
-  bool LookupUnsignedLong(K key, unsigned long& value) const override;
-  ~ChunkTable() override;
-  bool Lookup(K key, V& value) const override;
-  V LookupWithDefault(K key) const override;
-  // first of the first run and last of the last run; 0 for an empty table.
-  K SmallestIndex() const override;
-  K LargestIndex() const override;
-  V GetMissingValue() const override;
+  // SmallestIndex/LargestIndex: first of the first run and last of the last
+  // run; 0 for an empty table.
+  VARNICE_TABLE_OVERRIDES(ChunkTable);
 
  private:
   V missing_;

@@ -13,15 +13,9 @@ class DeltaTable : public virtual Table<K, V> {
   // deltas: the runs of differences (a ChunkTable), not owned.
   DeltaTable(V missing, Table<K, long> const* deltas);
 
-  bool LookupUnsignedLong(K key, unsigned long& value) const override;
-  ~DeltaTable() override;
-  // key + delta, cut to 32 bits, when a run holds the key.
-  bool Lookup(K key, V& value) const override;
-  V LookupWithDefault(K key) const override;
-  // Those of the delta runs.
-  K SmallestIndex() const override;
-  K LargestIndex() const override;
-  V GetMissingValue() const override;
+  // Lookup: key + delta, cut to 32 bits, when a run holds the key.
+  // SmallestIndex/LargestIndex: those of the delta runs.
+  VARNICE_TABLE_OVERRIDES(DeltaTable);
 
  private:
   V missing_;

@@ -14,17 +14,10 @@ class GapTable : public virtual Table<K, V> {
   // RangeTable). Neither is owned.
   GapTable(Table<K, long> const* gaps, Table<K, V> const* values);
 
-  bool LookupUnsignedLong(K key, unsigned long& value) const override;
-  ~GapTable() override;
-  bool Lookup(K key, V& value) const override;
-  // The value table's answer for the moved key; its missing value when no gap
-  // run holds the key.
-  V LookupWithDefault(K key) const override;
-  // Those of the gap runs: keys of the input space.
-  K SmallestIndex() const override;
-  K LargestIndex() const override;
-  // The value table's.
-  V GetMissingValue() const override;
+  // LookupWithDefault: the value table's answer for the moved key; its missing
+  // value when no gap run holds the key. SmallestIndex/LargestIndex: those of
+  // the gap runs, keys of the input space. GetMissingValue: the value table's.
+  VARNICE_TABLE_OVERRIDES(GapTable);
 
  private:
   Table<K, long> const* gaps_;

@@ -16,16 +16,11 @@ class PlaneTable : public virtual Table<K, V> {
   // Not owned.
   PlaneTable(V missing, StoredValue const* const* planes);
 
-  bool LookupUnsignedLong(K key, unsigned long& value) const override;
-  ~PlaneTable() override;
-  bool Lookup(K key, V& value) const override;
-  V LookupWithDefault(K key) const override;
-  // Both scan to the first (last) present plane and then within it. If that
-  // plane holds only missing values the result is the plane number itself,
-  // not shifted; this long-standing answer is kept. 0 when no plane exists.
-  K SmallestIndex() const override;
-  K LargestIndex() const override;
-  V GetMissingValue() const override;
+  // SmallestIndex/LargestIndex scan to the first (last) present plane and
+  // then within it. If that plane holds only missing values the result is the
+  // plane number itself, not shifted; this long-standing answer is kept. 0 when
+  // no plane exists.
+  VARNICE_TABLE_OVERRIDES(PlaneTable);
 
  private:
   V missing_;

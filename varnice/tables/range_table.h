@@ -17,14 +17,9 @@ class RangeTable : public virtual Table<K, V> {
   // values: count values for the keys from base on, not owned.
   RangeTable(V missing, K base, long count, StoredValue const* values);
 
-  bool LookupUnsignedLong(K key, unsigned long& value) const override;
-  ~RangeTable() override;
-  bool Lookup(K key, V& value) const override;
-  V LookupWithDefault(K key) const override;
-  // The first (last) key whose value is not missing; 0 if there is none.
-  K SmallestIndex() const override;
-  K LargestIndex() const override;
-  V GetMissingValue() const override;
+  // SmallestIndex/LargestIndex: the first (last) key whose value is not
+  // missing; 0 if there is none.
+  VARNICE_TABLE_OVERRIDES(RangeTable);
 
  private:
   V missing_;

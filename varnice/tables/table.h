@@ -36,6 +36,18 @@ class Table : public LookupUnsignedLongTable<K> {
   virtual V GetMissingValue() const = 0;
 };
 
+// The overrides every table shape declares, in the order of its virtual
+// slots: the narrow lookup, the destructor, then Table's operations. A shape's
+// own header says where its answers differ from the comments above.
+#define VARNICE_TABLE_OVERRIDES(Shape)                                 \
+  bool LookupUnsignedLong(K key, unsigned long& value) const override; \
+  ~Shape() override;                                                   \
+  bool Lookup(K key, V& value) const override;                         \
+  V LookupWithDefault(K key) const override;                           \
+  K SmallestIndex() const override;                                    \
+  K LargestIndex() const override;                                     \
+  V GetMissingValue() const override
+
 extern template class VARNICE_API LookupUnsignedLongTable<unsigned short>;
 extern template class VARNICE_API Table<unsigned short, unsigned long>;
 extern template class VARNICE_API Table<unsigned short, long>;

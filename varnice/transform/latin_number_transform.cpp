@@ -4,14 +4,18 @@
 
 #include "varnice/charprops/types/character_test.h"
 #include "varnice/transform/language_tables.h"
+#include "varnice/transform/transform_frame.h"
+#include "varnice/widec/utf16_units.h"
+
+using varnice::internal::CombineSurrogates;
+using varnice::internal::HighSurrogateOf;
+using varnice::internal::IsHighSurrogate;
+using varnice::internal::IsLowSurrogate;
 
 namespace {
 
 // No decimal digit other than 0-9 lies below the Arabic-Indic zero.
 constexpr unsigned short kFirstForeignDigit = 0x0660;
-
-bool IsHigh(unsigned short c) { return c >= 0xD800 && c <= 0xDBFF; }
-bool IsLow(unsigned short c) { return c >= 0xDC00 && c <= 0xDFFF; }
 
 // The ASCII digit of a decimal digit, or c itself.
 inline unsigned long LatinDigit(unsigned long c) {
@@ -37,22 +41,22 @@ bool ToLatinNumberTransform::FillBuffer() {
   unsigned short held = heldHigh_;
   auto step = [&](unsigned short c, unsigned short* out) {
     if (held != 0) {
-      if (IsLow(c)) {
-        const unsigned long cp = 0x10000 + ((held - 0xD800UL) << 10) + (c - 0xDC00UL);
+      if (IsLowSurrogate(c)) {
+        const unsigned long cp = CombineSurrogates(held, c);
         const unsigned long digit = LatinDigit(cp);
         held = 0;
         if (digit != cp && test_(cp, encoding_)) {
           *out = static_cast<unsigned short>(digit);
           return out + 1;
         }
-        out[0] = static_cast<unsigned short>(0xD800 + ((cp - 0x10000) >> 10));
+        out[0] = HighSurrogateOf(cp);
         out[1] = c;
         return out + 2;
       }
       *out++ = held;
       held = 0;
     }
-    if (IsHigh(c)) {
+    if (IsHighSurrogate(c)) {
       held = c;
       return out;
     }
@@ -61,30 +65,11 @@ bool ToLatinNumberTransform::FillBuffer() {
     *out = c;
     return out + 1;
   };
-  unsigned short* out = buffer_;
-  unsigned short* const limit = buffer_ + kBufferSize - 1;
-  const unsigned short* b;
-  const unsigned short* e;
-  bool ended = false;
-  while (out < limit) {
-    if (!source_.GetBuffer(b, e)) {
-      ended = true;
-      break;
-    }
-    while (b < e && out < limit) {
-      if (held != 0 || *b >= kFirstForeignDigit) {
-        out = step(*b++, out);
-        continue;
-      }
-      // A run with no digit but 0-9 and nothing held: copied as it is.
-      const unsigned short* run = b + 1;
-      const unsigned short* runEnd = b + std::min<long>(e - b, limit - out);
-      while (run < runEnd && *run < kFirstForeignDigit) ++run;
-      out = std::copy(b, run, out);
-      b = run;
-    }
-    source_.DoneWith(b);
-  }
+  // Runs with no digit but 0-9, and nothing held, are copied as they are.
+  bool ended;
+  unsigned short* out = varnice::internal::FillUnitsCopying(
+      source_, buffer_, buffer_ + kBufferSize - 1, ended,
+      [&held](unsigned short c) { return held == 0 && c < kFirstForeignDigit; }, step);
   if (ended && held != 0) {
     *out++ = held;
     held = 0;

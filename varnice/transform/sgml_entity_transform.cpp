@@ -5,6 +5,7 @@
 
 #include "varnice/transform/language_tables.h"
 #include "varnice/transform/transform_frame.h"
+#include "varnice/widec/utf16_units.h"
 
 namespace {
 
@@ -18,8 +19,8 @@ bool IsAlpha(unsigned short c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c
 
 unsigned short* WritePoint(char32_t cp, unsigned short* out) {
   if (cp > 0xFFFF) {
-    *out++ = static_cast<unsigned short>(0xD800 + ((cp - 0x10000) >> 10));
-    *out++ = static_cast<unsigned short>(0xDC00 + ((cp - 0x10000) & 0x3FF));
+    *out++ = varnice::internal::HighSurrogateOf(cp);
+    *out++ = varnice::internal::LowSurrogateOf(cp);
   } else {
     *out++ = static_cast<unsigned short>(cp);
   }
@@ -69,7 +70,7 @@ unsigned short* FromSGMLEntityTransform::Resolve(unsigned short* out) const {
               (IsDigit(d) ? d - '0' : (d | 0x20) - 'a' + 10);
     }
     const bool isCharacter = count_ - 1 > first && value != 0 && value <= 0x10FFFF &&
-                             (value < 0xD800 || value > 0xDFFF);
+                             !varnice::internal::IsSurrogate(value);
     if (isCharacter) return WritePoint(value, out);
   } else if (count_ > 2) {
     char name[kMaxReference];

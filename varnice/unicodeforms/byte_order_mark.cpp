@@ -14,6 +14,29 @@ namespace {
 
 constexpr unsigned short kByteOrderMark = 0xFEFF;
 
+// Both converters: units pass through unchanged, except that at the start of
+// the text the mark is written first (`insert`) or a leading one is dropped.
+int PassMarking(bool insert, bool& atStart, const unsigned short*& in, const unsigned short* inEnd,
+                unsigned short*& out, const unsigned short* outEnd) {
+  for (;;) {
+    if (in == inEnd) return kInputUsedUp;
+    if (out == outEnd) return kOutputFull;
+    if (atStart) {
+      atStart = false;
+      if (insert) {
+        *out++ = kByteOrderMark;
+      } else if (*in == kByteOrderMark) {
+        ++in;
+      }
+      continue;
+    }
+    const std::size_t n = std::min(inEnd - in, outEnd - out);
+    std::memcpy(out, in, n * sizeof *in);
+    in += n;
+    out += n;
+  }
+}
+
 }  // namespace
 
 // --- BOMinserter, BOMremover --------------------------------------------------
@@ -24,19 +47,7 @@ void BOMinserter::Reset() { atStart_ = true; }
 
 int BOMinserter::Convert(const unsigned short*& in, const unsigned short* inEnd, unsigned short*& out,
                          const unsigned short* outEnd) {
-  for (;;) {
-    if (in == inEnd) return kInputUsedUp;
-    if (out == outEnd) return kOutputFull;
-    if (atStart_) {
-      atStart_ = false;
-      *out++ = kByteOrderMark;
-      continue;
-    }
-    const std::size_t n = std::min(inEnd - in, outEnd - out);
-    std::memcpy(out, in, n * sizeof *in);
-    in += n;
-    out += n;
-  }
+  return PassMarking(true, atStart_, in, inEnd, out, outEnd);
 }
 
 BOMremover::BOMremover() = default;
@@ -45,19 +56,7 @@ void BOMremover::Reset() { atStart_ = true; }
 
 int BOMremover::Convert(const unsigned short*& in, const unsigned short* inEnd, unsigned short*& out,
                         const unsigned short* outEnd) {
-  for (;;) {
-    if (in == inEnd) return kInputUsedUp;
-    if (out == outEnd) return kOutputFull;
-    if (atStart_) {
-      atStart_ = false;
-      if (*in == kByteOrderMark) ++in;
-      continue;
-    }
-    const std::size_t n = std::min(inEnd - in, outEnd - out);
-    std::memcpy(out, in, n * sizeof *in);
-    in += n;
-    out += n;
-  }
+  return PassMarking(false, atStart_, in, inEnd, out, outEnd);
 }
 
 // --- UnicodeByteOrderMarkVariant ----------------------------------------------

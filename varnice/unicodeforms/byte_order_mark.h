@@ -44,16 +44,8 @@ class VARNICE_API UnicodeByteOrderMarkVariant : public InternalEncoding {
   UnicodeByteOrderMarkVariant(const InternalEncoding& decorated, const EncodingVariation& variation);
   ~UnicodeByteOrderMarkVariant();
 
-  CharacterScript GetCharacterScript(unsigned long ch) const override;
-  unsigned long ToUnicode(unsigned long ch) const override;
-  unsigned long FromUnicode(unsigned long ch) const override;
-  unsigned long MayBreakLineBefore(unsigned short ch) const override;
-  unsigned long MayBreakLineAfter(unsigned short ch) const override;
   // Towards Unicode the mark is removed, from Unicode it is inserted.
-  Char16Source* CreateCharSourceToUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Source* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
+  VARNICE_INTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Decorated() const { return decorated_; }
 

@@ -27,6 +27,8 @@ class VARNICE_API PlatformByteOrder {
 // or Reset are looked at for a mark: FE FF switches to big-endian, FF FE to
 // little-endian, and the mark is consumed. A byte left over at the end of a
 // block waits for the next; an odd last byte is dropped.
+// ("Whatever": the 16-bit side is whichever internal encoding the variant
+// serves, Unicode 2.0, 1.1 or a decorated one; the converter only moves units.)
 class VARNICE_API UCS2toWhatever : public BlockConverter_8_to_16 {
  public:
   explicit UCS2toWhatever(bool bigEndian);
@@ -80,13 +82,8 @@ class VARNICE_API UCS2variant : public ExternalEncoding {
               const char** names);
   ~UCS2variant();
 
-  // The bytes may hold NUL, CR and LF halves.
-  bool IsTextModeSafe() const override;
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override;
-  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
+  // IsTextModeSafe: false, the bytes may hold NUL, CR and LF halves.
+  VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Internal() const { return internal_; }
   bool IsBigEndian() const { return bigEndian_; }

@@ -34,6 +34,8 @@ struct UTF7RunState {
 // kIllegalInput, with the converter reset: a byte above 0x7F; a run that
 // ends before producing a unit ("+!", "+AG-"); a run whose leftover bits are
 // not all zero ("+AGF-"). A "+" inside a run is the base64 digit 62.
+// ("Whatever": the 16-bit side is whichever internal encoding the variant
+// serves, Unicode 2.0, 1.1 or a decorated one; the converter only moves units.)
 class VARNICE_API UTF7toWhatever : public BlockConverter_8_to_16 {
  public:
   UTF7toWhatever();
@@ -102,12 +104,7 @@ class VARNICE_API UTF7EncodingVariant : public ExternalEncoding {
                       bool alwaysClose, const char** names, const char* mimeName);
   ~UTF7EncodingVariant();
 
-  bool IsTextModeSafe() const override;
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override;
-  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
+  VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Internal() const { return internal_; }
   bool WritesSetODirectly() const { return setODirect_; }

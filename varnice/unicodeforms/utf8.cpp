@@ -6,6 +6,7 @@
 #include "varnice/simd/byte_kernels.h"
 #include "varnice/unicodeforms/form_pipelines.h"
 #include "varnice/unicodeforms/unicode_form_ids.h"
+#include "varnice/widec/utf16_units.h"
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -21,21 +22,20 @@ const unsigned char UTF8_CHAR_LENGTHS_FROM_LEAD[256] = {
 #undef R16
 };
 
+using varnice::internal::HighSurrogateOf;
+using varnice::internal::LowSurrogateOf;
+
 namespace {
 
 constexpr int kContinuationByte = 9;
 
-// Continuation bytes to expect after a lead byte; 9 marks a continuation
-// byte itself. C0, C1 and F5-FF are leads like any other.
-constexpr signed char kContinuations[256] = {
-#define R16(n) n, n, n, n, n, n, n, n, n, n, n, n, n, n, n, n
-    R16(0), R16(0), R16(0), R16(0), R16(0), R16(0), R16(0), R16(0),  // 0x00-0x7F
-    R16(9), R16(9), R16(9), R16(9),                                  // 0x80-0xBF
-    R16(1), R16(1),                                                  // 0xC0-0xDF
-    R16(2),                                                          // 0xE0-0xEF
-    3, 3, 3, 3, 3, 3, 3, 3, 4, 4, 4, 4, 5, 5, 5, 5,                  // 0xF0-0xFF
-#undef R16
-};
+// Continuation bytes to expect after a lead byte, from the exported length
+// table; 9 marks a continuation byte itself. C0, C1 and F5-FF are leads like
+// any other.
+inline int Continuations(unsigned char b) {
+  const int length = UTF8_CHAR_LENGTHS_FROM_LEAD[b];
+  return length == 0 ? kContinuationByte : length - 1;
+}
 
 // The value bits of a lead byte, by the number of continuation bytes.
 constexpr unsigned char kLeadMask[6] = {0x7F, 0x1F, 0x0F, 0x07, 0x03, 0x01};
@@ -105,7 +105,7 @@ int UTF8toWhatever::Step(const unsigned char*& in, const unsigned char* inEnd, u
   if (outEnd - out < 2) return kOutputFull;
   const unsigned char b = *in++;
   if (expected_ == 0) {
-    const int count = kContinuations[b];
+    const int count = Continuations(b);
     if (count == 0) {
       *out++ = b;
     } else if (count == kContinuationByte) {
@@ -128,8 +128,8 @@ int UTF8toWhatever::Step(const unsigned char*& in, const unsigned char* inEnd, u
   if (value_ <= 0xFFFF) {
     *out++ = static_cast<unsigned short>(value_);
   } else if (allowSurrogates_ && value_ <= 0x10FFFF) {
-    *out++ = static_cast<unsigned short>(((value_ - 0x10000) >> 10) + 0xD800);
-    *out++ = static_cast<unsigned short>((value_ & 0x3FF) + 0xDC00);
+    *out++ = HighSurrogateOf(value_);
+    *out++ = LowSurrogateOf(value_);
   } else {
     Reset();
     return kNoCharacterDefined;
@@ -190,8 +190,8 @@ int UTF8toWhatever::Convert(const char*& in, const char* inEnd, unsigned short*&
         if (v <= 0xFFFF) {
           *out++ = static_cast<unsigned short>(v);
         } else if (allowSurrogates_ && v <= 0x10FFFF) {
-          *out++ = static_cast<unsigned short>(((v - 0x10000) >> 10) + 0xD800);
-          *out++ = static_cast<unsigned short>((v & 0x3FF) + 0xDC00);
+          *out++ = HighSurrogateOf(v);
+          *out++ = LowSurrogateOf(v);
         } else {
           break;
         }
@@ -223,13 +223,13 @@ int UTF8fromWhatever::Step(const unsigned short*& in, const unsigned short* inEn
   const unsigned short u = *in++;
   std::uint32_t value;
   if (pendingHigh_ != 0) {
-    if (u < 0xDC00 || u > 0xDFFF) {
+    if (!varnice::internal::IsLowSurrogate(u)) {
       pendingHigh_ = 0;
       return kIllegalUTF16;
     }
-    value = (pendingHigh_ << 10) + u - 0x35FDC00;
+    value = varnice::internal::CombineSurrogates(pendingHigh_, u);
     pendingHigh_ = 0;
-  } else if (pairSurrogates_ && u >= 0xD800 && u <= 0xDBFF) {
+  } else if (pairSurrogates_ && varnice::internal::IsHighSurrogate(u)) {
     pendingHigh_ = u;
     return kKeepConverting;
   } else {
@@ -293,7 +293,7 @@ int UTF8fromWhatever::Convert(const unsigned short*& in, const unsigned short* i
           o[1] = static_cast<unsigned char>(0x80 | (u & 0x3F));
           o += 2;
           budget -= 2;
-        } else if (u < 0xD800 || u > 0xDFFF) {
+        } else if (!varnice::internal::IsSurrogate(u)) {
           if (budget < 3) break;
           o[0] = static_cast<unsigned char>(0xE0 | u >> 12);
           o[1] = static_cast<unsigned char>(0x80 | (u >> 6 & 0x3F));
@@ -326,7 +326,7 @@ void UTF8Detector::Scan(const char*, const char* begin, const char* end) {
       --expected_;
     } else {
       if (IsContinuation(b)) --score_;
-      expected_ = kContinuations[b];
+      expected_ = Continuations(b);
     }
   }
 }

@@ -31,6 +31,8 @@ extern VARNICE_API const unsigned char UTF8_CHAR_LENGTHS_FROM_LEAD[256];
 // U+FFFF becomes a surrogate pair when surrogates are allowed and it is at
 // most U+10FFFF, else it is reported as kNoCharacterDefined after the whole
 // sequence. A sequence cut by the end of a block is carried to the next call.
+// ("Whatever": the 16-bit side is whichever internal encoding the variant
+// serves, Unicode 2.0, 1.1 or a decorated one; the converter only moves units.)
 class VARNICE_API UTF8toWhatever : public BlockConverter_8_to_16 {
  public:
   explicit UTF8toWhatever(bool allowSurrogates);
@@ -106,14 +108,9 @@ class VARNICE_API UTF8EncodingVariant : public ExternalEncoding {
                       bool allowSurrogates, const char** names);
   ~UTF8EncodingVariant();
 
-  bool IsTextModeSafe() const override;
   // Each stage also passes the text through the internal encoding's own
   // stage, so the Unicode side is always Unicode 2.0.
-  ToUnicodeSource* CreateCharSourceToUnicode(CharSource& in, UnicodeLibAllocator& a) const override;
-  CharSource* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const override;
-  CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
+  VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
   const InternalEncoding& Internal() const { return internal_; }
   bool AllowsSurrogates() const { return allowSurrogates_; }

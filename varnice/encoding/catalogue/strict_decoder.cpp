@@ -10,6 +10,10 @@
 #include "varnice/unicodeforms/byte_order_mark.h"
 #include "varnice/unicodeforms/ucs2.h"
 #include "varnice/unicodeforms/utf8.h"
+#include "varnice/widec/utf16_units.h"
+
+using varnice::internal::HighSurrogateOf;
+using varnice::internal::LowSurrogateOf;
 
 namespace {
 
@@ -181,8 +185,8 @@ const unsigned char* FastUTF8(const unsigned char* in, const unsigned char* inEn
       if (c1 < lower || c1 > upper || (in[2] & 0xC0) != 0x80 || (in[3] & 0xC0) != 0x80) break;
       const unsigned long value =
           ((b & 0x07UL) << 18) | ((c1 & 0x3FUL) << 12) | ((in[2] & 0x3FUL) << 6) | (in[3] & 0x3FUL);
-      *o++ = static_cast<unsigned short>(0xD800 + ((value - 0x10000) >> 10));
-      *o++ = static_cast<unsigned short>(0xDC00 + (value & 0x3FF));
+      *o++ = HighSurrogateOf(value);
+      *o++ = LowSurrogateOf(value);
       in += 4;
     } else {
       break;
@@ -245,8 +249,8 @@ int StrictDecoder::ConvertUTF8(const unsigned char*& in, const unsigned char* in
       if (units == 1) {
         *out++ = static_cast<unsigned short>(value);
       } else {
-        *out++ = static_cast<unsigned short>(0xD800 + ((value - 0x10000) >> 10));
-        *out++ = static_cast<unsigned short>(0xDC00 + (value & 0x3FF));
+        *out++ = HighSurrogateOf(value);
+        *out++ = LowSurrogateOf(value);
       }
       s.machine = 0;
       s.held = 0;
@@ -284,8 +288,8 @@ int StrictDecoder::ConvertUTF16(const unsigned char*& in, const unsigned char* i
         continue;
       }
     }
-    const bool isHigh = unit >= 0xD800 && unit < 0xDC00;
-    const bool isLow = unit >= 0xDC00 && unit < 0xE000;
+    const bool isHigh = varnice::internal::IsHighSurrogate(unit);
+    const bool isLow = varnice::internal::IsLowSurrogate(unit);
     if (s.high != 0) {
       if (!isLow) {
         // The unit read so far is left for the next character.

@@ -12,13 +12,14 @@
 #include "varnice/unicodeforms/ucs2.h"
 #include "varnice/unicodeforms/utf7.h"
 #include "varnice/unicodeforms/utf8.h"
+#include "varnice/widec/utf16_units.h"
 
 namespace {
 
 constexpr std::size_t kChunk = 1024;
 
-bool IsHigh(unsigned short u) { return u >= 0xD800 && u < 0xDC00; }
-bool IsLow(unsigned short u) { return u >= 0xDC00 && u < 0xE000; }
+using varnice::internal::IsHighSurrogate;
+using varnice::internal::IsLowSurrogate;
 
 // Forms over plain Unicode 2.0, optionally with a byte-order mark; the
 // Unicode 1.1 forms need a mapping step that only their pipelines make.
@@ -69,7 +70,7 @@ bool Writes(BlockConverter_16_to_8& encoder, const unsigned short* text, std::si
 
 // The character whose first unit is at `unit`, when `after` is past its end.
 unsigned long Character(const unsigned short* unit, const unsigned short* after) {
-  if (IsHigh(unit[0]) && after - unit == 2) return 0x10000 + ((unit[0] - 0xD800UL) << 10) + (unit[1] - 0xDC00);
+  if (IsHighSurrogate(unit[0]) && after - unit == 2) return varnice::internal::CombineSurrogates(unit[0], unit[1]);
   return unit[0];
 }
 
@@ -242,12 +243,12 @@ bool Transcoder::Units(const unsigned short* begin, const unsigned short* end, b
   const unsigned short* p = begin;
   if (lowToDrop_ && p != end) {
     lowToDrop_ = false;
-    if (IsLow(*p)) ++p;
+    if (IsLowSurrogate(*p)) ++p;
   }
   if (high_ != 0 && p != end) {
     const unsigned short high = high_;
     high_ = 0;
-    if (IsLow(*p)) {
+    if (IsLowSurrogate(*p)) {
       const unsigned short pair[2] = {high, *p};
       ++p;
       if (to_ == nullptr) {
@@ -268,14 +269,14 @@ bool Transcoder::Units(const unsigned short* begin, const unsigned short* end, b
   const unsigned short* run = p;
   for (; p != end; ++p) {
     const unsigned short u = *p;
-    if (u < 0xD800 || u >= 0xE000) continue;
-    if (IsHigh(u)) {
+    if (!varnice::internal::IsSurrogate(u)) continue;
+    if (IsHighSurrogate(u)) {
       if (p + 1 == end) {
         if (!deliver(run, p)) return false;
         high_ = u;
         return true;
       }
-      if (IsLow(p[1])) {
+      if (IsLowSurrogate(p[1])) {
         ++p;
         continue;
       }
@@ -299,7 +300,7 @@ bool Transcoder::Encode(const unsigned short* begin, const unsigned short* end, 
     if (result == kOutputFull) continue;
     // The unit the target lacks has been consumed; a pair is one character.
     const unsigned short* unit = p - 1;
-    if (IsHigh(*unit)) {
+    if (IsHighSurrogate(*unit)) {
       if (p != end) {
         ++p;
       } else {

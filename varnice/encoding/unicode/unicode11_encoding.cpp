@@ -1,14 +1,13 @@
 #include "varnice/encoding/unicode/unicode11_encoding.h"
 
 #include "varnice/encoding/unicode/unicode_data_tables.h"
-#include "varnice/encoding/wrap_converter.h"
 #include "varnice/stream/converting/converting_sinks.h"
 #include "varnice/stream/converting/converting_sources.h"
+#include "varnice/widec/qz_auto_ptr.h"
 
 using varnice::internal::kUnicode11to20Rows;
 using varnice::internal::kUnicode20to11Rows;
 using varnice::internal::MapThroughRows;
-using varnice::internal::WrapConverter;
 
 namespace {
 
@@ -54,27 +53,31 @@ unsigned long Unicode11Encoding::MayBreakLineAfter(unsigned short ch) const {
 }
 
 Char16Source* Unicode11Encoding::CreateCharSourceToUnicode(Char16Source& in, UnicodeLibAllocator& a) const {
-  return WrapConverter(new (a) Unicode11to20, [&](Unicode11to20* c) {
-    return new (a) CharSource_16_to_16(in, *this, c, *Unicode20());
-  });
+  qz_auto_ptr<Unicode11to20> converter(new (a) Unicode11to20);
+  auto* stream = new (a) CharSource_16_to_16(in, *this, converter.get(), *Unicode20());
+  converter.release();
+  return stream;
 }
 
 Char16Source* Unicode11Encoding::CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const {
-  return WrapConverter(new (a) Unicode20to11, [&](Unicode20to11* c) {
-    return new (a) CharSource_16_to_16(in, *Unicode20(), c, *this);
-  });
+  qz_auto_ptr<Unicode20to11> converter(new (a) Unicode20to11);
+  auto* stream = new (a) CharSource_16_to_16(in, *Unicode20(), converter.get(), *this);
+  converter.release();
+  return stream;
 }
 
 Char16Sink* Unicode11Encoding::CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const {
-  return WrapConverter(new (a) Unicode11to20, [&](Unicode11to20* c) {
-    return new (a) CharSink_16_to_16(*this, c, *Unicode20(), out);
-  });
+  qz_auto_ptr<Unicode11to20> converter(new (a) Unicode11to20);
+  auto* stream = new (a) CharSink_16_to_16(*this, converter.get(), *Unicode20(), out);
+  converter.release();
+  return stream;
 }
 
 Char16Sink* Unicode11Encoding::CreateCharSinkFromUnicode(Char16Sink& out, UnicodeLibAllocator& a) const {
-  return WrapConverter(new (a) Unicode20to11, [&](Unicode20to11* c) {
-    return new (a) CharSink_16_to_16(*Unicode20(), c, *this, out);
-  });
+  qz_auto_ptr<Unicode20to11> converter(new (a) Unicode20to11);
+  auto* stream = new (a) CharSink_16_to_16(*Unicode20(), converter.get(), *this, out);
+  converter.release();
+  return stream;
 }
 
 int Unicode11to20::Convert(const unsigned short*& in, const unsigned short* inEnd, unsigned short*& out,

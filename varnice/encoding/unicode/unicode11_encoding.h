@@ -11,20 +11,11 @@
 
 class VARNICE_API Unicode11Encoding : public InternalEncoding {
  public:
-  // The script of the character's Unicode 2.0 form.
-  CharacterScript GetCharacterScript(unsigned long ch) const override;
-  // Values above 0xFFFF pass through unchanged.
-  unsigned long ToUnicode(unsigned long ch) const override;
-  unsigned long FromUnicode(unsigned long ch) const override;
-  // Those of the character's Unicode 2.0 form.
-  unsigned long MayBreakLineBefore(unsigned short ch) const override;
-  unsigned long MayBreakLineAfter(unsigned short ch) const override;
-  // CharSource_16_to_16 / CharSink_16_to_16 with a Unicode11to20 or
-  // Unicode20to11 converter.
-  Char16Source* CreateCharSourceToUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Source* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
+  // GetCharacterScript, MayBreakLineBefore/After: those of the character's
+  // Unicode 2.0 form. ToUnicode/FromUnicode: values above 0xFFFF pass through
+  // unchanged. The stream factories make CharSource_16_to_16 / CharSink_16_to_16
+  // with a Unicode11to20 or Unicode20to11 converter.
+  VARNICE_INTERNAL_ENCODING_OVERRIDES;
 
  private:
   friend class InternalEncoding;

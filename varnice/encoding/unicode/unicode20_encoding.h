@@ -9,18 +9,10 @@
 
 class VARNICE_API Unicode20Encoding : public InternalEncoding {
  public:
-  CharacterScript GetCharacterScript(unsigned long ch) const override;
-  // Both return their argument.
-  unsigned long ToUnicode(unsigned long ch) const override;
-  unsigned long FromUnicode(unsigned long ch) const override;
-  // Votes of the library's line-break tables (1 for characters not listed).
-  unsigned long MayBreakLineBefore(unsigned short ch) const override;
-  unsigned long MayBreakLineAfter(unsigned short ch) const override;
-  // Char16ProxySource / Char16ProxySink over the given stream.
-  Char16Source* CreateCharSourceToUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Source* CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
-  Char16Sink* CreateCharSinkFromUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
+  // ToUnicode/FromUnicode return their argument. MayBreakLineBefore/After: votes
+  // of the library's line-break tables (1 for characters not listed). The stream
+  // factories make a Char16ProxySource / Char16ProxySink over the given stream.
+  VARNICE_INTERNAL_ENCODING_OVERRIDES;
 
  private:
   friend class InternalEncoding;

@@ -2,40 +2,44 @@
 
 #include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/internal_encoding.h"
-#include "varnice/encoding/wrap_converter.h"
 #include "varnice/stream/converting/converting_sinks.h"
 #include "varnice/stream/converting/converting_sources.h"
+#include "varnice/widec/qz_auto_ptr.h"
 
 BlockExternalEncoding::~BlockExternalEncoding() = default;
 
-using varnice::internal::WrapConverter;
+// Each factory holds the new converter until the stream that owns it exists.
 
 ExternalEncoding::ToUnicodeSource* BlockExternalEncoding::CreateCharSourceToUnicode(
     CharSource& in, UnicodeLibAllocator& a) const {
-  return WrapConverter(CreateConverterToUnicode(a), [&](BlockConverter_8_to_16* c) {
-    return new (a) CharSource_8_to_16(in, *this, c, *InternalEncoding::Unicode());
-  });
+  qz_auto_ptr<BlockConverter_8_to_16> converter(CreateConverterToUnicode(a));
+  auto* stream = new (a) CharSource_8_to_16(in, *this, converter.get(), *InternalEncoding::Unicode());
+  converter.release();
+  return stream;
 }
 
 CharSource* BlockExternalEncoding::CreateCharSourceFromUnicode(Char16Source& in,
                                                                UnicodeLibAllocator& a) const {
-  return WrapConverter(CreateConverterFromUnicode(a), [&](BlockConverter_16_to_8* c) {
-    return new (a) CharSource_16_to_8(in, *InternalEncoding::Unicode(), c, *this);
-  });
+  qz_auto_ptr<BlockConverter_16_to_8> converter(CreateConverterFromUnicode(a));
+  auto* stream = new (a) CharSource_16_to_8(in, *InternalEncoding::Unicode(), converter.get(), *this);
+  converter.release();
+  return stream;
 }
 
 Char16Sink* BlockExternalEncoding::CreateCharSinkFromUnicode(CharSink& out,
                                                              UnicodeLibAllocator& a) const {
-  return WrapConverter(CreateConverterFromUnicode(a), [&](BlockConverter_16_to_8* c) {
-    return new (a) CharSink_16_to_8(*InternalEncoding::Unicode(), c, *this, out);
-  });
+  qz_auto_ptr<BlockConverter_16_to_8> converter(CreateConverterFromUnicode(a));
+  auto* stream = new (a) CharSink_16_to_8(*InternalEncoding::Unicode(), converter.get(), *this, out);
+  converter.release();
+  return stream;
 }
 
 CharSink* BlockExternalEncoding::CreateCharSinkToUnicode(Char16Sink& out,
                                                          UnicodeLibAllocator& a) const {
-  return WrapConverter(CreateConverterToUnicode(a), [&](BlockConverter_8_to_16* c) {
-    return new (a) CharSink_8_to_16(*this, c, *InternalEncoding::Unicode(), out);
-  });
+  qz_auto_ptr<BlockConverter_8_to_16> converter(CreateConverterToUnicode(a));
+  auto* stream = new (a) CharSink_8_to_16(*this, converter.get(), *InternalEncoding::Unicode(), out);
+  converter.release();
+  return stream;
 }
 
 // The converters declare these; they are defined here, where the encoding
