@@ -1,8 +1,8 @@
 // The C registration and conversion functions.
 //
-// A table-driven code page under the plain default policy is converted
-// directly over the caller's buffers (direct_code_page.h); everything else
-// takes the general route below.
+// A code page, ISO-2022-JP or UTF-8 under the plain default policy is
+// converted directly over the caller's buffers (direct_route.h); everything
+// else takes the general route below.
 //
 // The general route builds the same stages the encoding converters would build
 // (the encodings' own factories, with the default behaviour the buffer
@@ -24,7 +24,7 @@
 
 using varnice::internal::CallArena;
 using varnice::internal::DataEncodings;
-using varnice::internal::DirectCodePage;
+using varnice::internal::DirectRoute;
 
 namespace {
 
@@ -57,12 +57,9 @@ extern "C" int VarniceConvertToUnicode(int number, const char* src, int srcLen, 
   }
   if (dstLen == 0) return 0;
 
-  if (const DirectCodePage& cp = DataEncodings().Direct(number)) {
-    if (const UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
-      // A code page writes at most one unit per byte, so with unstated room
-      // the input's length bounds the output.
-      const long room = dstLen > 0 ? dstLen : length;
-      long count = varnice::internal::DecodeDirect(cp, *behavior, src, length, dst, room);
+  if (const DirectRoute& route = DataEncodings().Direct(number)) {
+    if (UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
+      long count = varnice::internal::DecodeDirect(route, *behavior, src, length, dst, dstLen > 0 ? dstLen : -1);
       // A full buffer is cut, as below.
       if (count == dstLen) count = dstLen - 1;
       dst[count] = 0;
@@ -110,11 +107,11 @@ extern "C" int VarniceConvertFromUnicode(int number, const unsigned short* src, 
   const ExternalEncoding* encoding = DataEncodings().Encoding(number);
   if (length == 0 || encoding == nullptr) return 0;
 
-  if (const DirectCodePage& cp = DataEncodings().Direct(number)) {
-    if (const UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
+  if (const DirectRoute& route = DataEncodings().Direct(number)) {
+    if (UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
       // No room (or unstated room) takes nothing, as the sink below does.
       if (dstLen <= 0) return 0;
-      const long count = varnice::internal::EncodeDirect(cp, *behavior, src, length, dst, dstLen);
+      const long count = varnice::internal::EncodeDirect(route, *behavior, src, length, dst, dstLen);
       // Terminated only if the NUL fits, as the sink terminates.
       if (count < dstLen) dst[count] = '\0';
       return static_cast<int>(count);

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <type_traits>
 #include <typeinfo>
 
@@ -37,8 +38,8 @@ class PassThrough {
  public:
   PassThrough(bool honour, UnicodeLibBehavior const& behavior) {
     if (honour && behavior.HasForcedDirectMapping()) {
-      set_ = behavior.ForcedDirectMapping();
-      bytes_ = set_.c_str();
+      set_.emplace(behavior.ForcedDirectMapping());
+      bytes_ = set_->c_str();
     }
   }
   explicit operator bool() const { return bytes_ != nullptr; }
@@ -48,7 +49,9 @@ class PassThrough {
   }
 
  private:
-  qz_string set_;
+  // Held only when there is one: a short call should not pay for an empty
+  // string's construction and destruction.
+  std::optional<qz_string> set_;
   char const* bytes_ = nullptr;
 };
 

@@ -349,21 +349,21 @@ bool UTF8EncodingVariant::IsTextModeSafe() const { return true; }
 
 ExternalEncoding::ToUnicodeSource* UTF8EncodingVariant::CreateCharSourceToUnicode(CharSource& in,
                                                                                   UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSourceToUnicode(*this, internal_, new (a) UTF8toWhatever(allowSurrogates_), in, a);
+  return varnice::internal::FormSourceToUnicode(*this, internal_, new (a) UTF8toWhatever(Decoder()), in, a);
 }
 
 CharSource* UTF8EncodingVariant::CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSourceFromUnicode(*this, internal_, new (a) UTF8fromWhatever(allowSurrogates_),
+  return varnice::internal::FormSourceFromUnicode(*this, internal_, new (a) UTF8fromWhatever(Encoder()),
                                                   in, a);
 }
 
 Char16Sink* UTF8EncodingVariant::CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSinkFromUnicode(*this, internal_, new (a) UTF8fromWhatever(allowSurrogates_),
+  return varnice::internal::FormSinkFromUnicode(*this, internal_, new (a) UTF8fromWhatever(Encoder()),
                                                 out, a);
 }
 
 CharSink* UTF8EncodingVariant::CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSinkToUnicode(*this, internal_, new (a) UTF8toWhatever(allowSurrogates_), out, a);
+  return varnice::internal::FormSinkToUnicode(*this, internal_, new (a) UTF8toWhatever(Decoder()), out, a);
 }
 
 ExternalEncodingDetector* UTF8EncodingVariant::CreateEncodingDetector(UnicodeLibAllocator& a) const {

@@ -115,6 +115,11 @@ class VARNICE_API UTF8EncodingVariant : public ExternalEncoding {
   CharSink* CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const override;
   ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
 
+  // The block converters every stage above runs; the C functions also run
+  // them, on the stack, straight over their callers' buffers.
+  UTF8toWhatever Decoder() const { return UTF8toWhatever(allowSurrogates_); }
+  UTF8fromWhatever Encoder() const { return UTF8fromWhatever(allowSurrogates_); }
+
   const InternalEncoding& Internal() const { return internal_; }
   bool AllowsSurrogates() const { return allowSurrogates_; }
 
