@@ -39,6 +39,43 @@ long UnitCount(const unsigned short* s) {
   return n;
 }
 
+// The general route of VarniceConvertToUnicode, kept out of line so that
+// the direct route does not set up its stack frame (arena included).
+[[gnu::noinline]] int ToUnicodeThroughPipeline(const ExternalEncoding& encoding, const char* src, long length,
+                                               unsigned short* dst, int dstLen) {
+  BufferCharSource source(src, src + length);
+  Arena arena;
+  UnicodeLibDirector director;
+  ExternalEncoding::ToUnicodeSource* units = encoding.CreateCharSourceToUnicode(source, arena);
+  director.DeleteFirst(units);
+
+  if (dstLen < 0) {
+    // The caller vouches for the room.
+    unsigned short* out = dst;
+    const unsigned short* begin;
+    const unsigned short* end;
+    while (units->GetBuffer(begin, end)) {
+      std::memcpy(out, begin, static_cast<std::size_t>(end - begin) * sizeof *out);
+      out += end - begin;
+      units->DoneWith(end);
+    }
+    *out = 0;
+    return static_cast<int>(out - dst);
+  }
+
+  // The whole input is converted even once the buffer is full, so that the
+  // behaviour sees every problem in it, as with an unbounded buffer.
+  BufferChar16Sink sink(dst, dstLen);
+  sink.Put(*units);
+  sink.Flush();
+  long count = sink.size();
+  // A cut text fills the buffer, and so may a text that fits exactly: either
+  // way the last unit is taken for the terminator, which must stay inside.
+  if (sink.truncated() || count == dstLen) count = dstLen - 1;
+  dst[count] = 0;
+  return static_cast<int>(count);
+}
+
 }  // namespace
 
 extern "C" int VarniceRegisterEncoding(const char* name) { return DataEncodings().Register(name); }
@@ -67,37 +104,7 @@ extern "C" int VarniceConvertToUnicode(int number, const char* src, int srcLen, 
     }
   }
 
-  BufferCharSource source(src, src + length);
-  Arena arena;
-  UnicodeLibDirector director;
-  ExternalEncoding::ToUnicodeSource* units = encoding->CreateCharSourceToUnicode(source, arena);
-  director.DeleteFirst(units);
-
-  if (dstLen < 0) {
-    // The caller vouches for the room.
-    unsigned short* out = dst;
-    const unsigned short* begin;
-    const unsigned short* end;
-    while (units->GetBuffer(begin, end)) {
-      std::memcpy(out, begin, static_cast<std::size_t>(end - begin) * sizeof *out);
-      out += end - begin;
-      units->DoneWith(end);
-    }
-    *out = 0;
-    return static_cast<int>(out - dst);
-  }
-
-  // The whole input is converted even once the buffer is full, so that the
-  // behaviour sees every problem in it, as with an unbounded buffer.
-  BufferChar16Sink sink(dst, dstLen);
-  sink.Put(*units);
-  sink.Flush();
-  long count = sink.size();
-  // A cut text fills the buffer, and so may a text that fits exactly: either
-  // way the last unit is taken for the terminator, which must stay inside.
-  if (sink.truncated() || count == dstLen) count = dstLen - 1;
-  dst[count] = 0;
-  return static_cast<int>(count);
+  return ToUnicodeThroughPipeline(*encoding, src, length, dst, dstLen);
 }
 
 extern "C" int VarniceConvertFromUnicode(int number, const unsigned short* src, int srcLen, char* dst, int dstLen,

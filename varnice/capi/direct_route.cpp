@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #include <typeinfo>
 
 #include "varnice/capi/call_arena.h"
 #include "varnice/codepages/iso2022_encoding.h"
 #include "varnice/codepages/mbcs_encoding.h"
+#include "varnice/codepages/mbcs_engine.h"
 #include "varnice/encoding/block_converter.h"
 #include "varnice/encoding/internal_encoding.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
@@ -79,7 +81,7 @@ class DecodeRun final : public ProblemSolver_8_to_16 {
   long Run(const char* in, const char* const inEnd) {
     bool finished = false;
     while (!Full()) {
-      if (insertedInput_.Exists()) {
+      if (insertedInput_) {
         ConvertInsertedInput();
         continue;
       }
@@ -117,7 +119,10 @@ class DecodeRun final : public ProblemSolver_8_to_16 {
     return put_ - dst_;
   }
 
-  void InsertInput(const char* begin, const char* end) override { insertedInput_.Assign(begin, end); }
+  void InsertInput(const char* begin, const char* end) override {
+    if (!insertedInput_) insertedInput_.emplace();
+    insertedInput_->Assign(begin, end);
+  }
   void InsertOutput(const unsigned short* begin, const unsigned short* end) override {
     Put(begin, end != nullptr ? end : EndOfText(begin));
   }
@@ -158,18 +163,19 @@ class DecodeRun final : public ProblemSolver_8_to_16 {
   // As the converting source does: problems inside replacement text are not
   // reported, and a result that makes no progress ends it.
   void ConvertInsertedInput() {
+    InsertedText<char>& text = *insertedInput_;
     while (!Full()) {
-      const char* in = insertedInput_.Position();
+      const char* in = text.Position();
       const char* const from = in;
       const unsigned short* const written = put_;
       const int result = Step([&](unsigned short*& out, const unsigned short* limit) {
-        return Convert(converter_, in, insertedInput_.End(), out, limit);
+        return Convert(converter_, in, text.End(), out, limit);
       });
-      insertedInput_.ConsumeTo(in);
+      text.ConsumeTo(in);
       if (result == kOutputFull) continue;
       if (result == kInputUsedUp || (in == from && put_ == written)) break;
     }
-    insertedInput_.Clear();
+    insertedInput_.reset();
   }
 
   const DirectRoute& route_;
@@ -180,7 +186,9 @@ class DecodeRun final : public ProblemSolver_8_to_16 {
   unsigned short* end_;
   const long extension_;
   bool spilling_ = false;
-  InsertedText<char> insertedInput_;
+  // Made only when a behaviour inserts input: a short call should not pay
+  // for its construction and destruction.
+  std::optional<InsertedText<char>> insertedInput_;
   unsigned short spill_[kSpill];
 };
 
@@ -264,9 +272,10 @@ class EncodeRun final : public ProblemSolver_16_to_8 {
   char spill_[kSpill];
 };
 
-// Each route function makes the encoding's converter and runs it. Code pages
-// and UTF-8 keep theirs on the stack; ISO-2022-JP's (a read-ahead buffer and
-// a converter per subencoding) goes in an arena.
+// Each route function makes the encoding's converter and runs it: on the
+// stack for code pages and UTF-8 (a code page's decoding as the bare loop
+// below), in an arena for ISO-2022-JP (a read-ahead buffer and a converter
+// per subencoding).
 template <class Converter>
 long Decode(const DirectRoute& route, Converter& converter, UnicodeLibBehavior& behavior, const char* src,
             long length, unsigned short* dst, long room) {
@@ -281,27 +290,54 @@ long Encode(const DirectRoute& route, Converter& converter, UnicodeLibBehavior& 
   return EncodeRun<Converter>(route, converter, dst, room).Run(src, src + length);
 }
 
+// A code page's decoder for one call: MBCStoUnicode's loop (DecodeMBCS over
+// the page's state machine, the forced mapping honoured by ASCII-based
+// pages, a character cut off at the end dropped) without the converter
+// object, whose set-up and teardown would be most of a short call's cost.
+class CodePageDecoder {
+ public:
+  CodePageDecoder(const MBCSEncoding& page, UnicodeLibBehavior& behavior)
+      : actions_(page.ToUnicodeTable().Actions()), pass_(page.IsBasedOnASCII(), behavior), behavior_(behavior) {}
+
+  int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) {
+    auto* p = reinterpret_cast<const unsigned char*>(in);
+    const int result = DecodeMBCS(actions_, state_, pass_, p, reinterpret_cast<const unsigned char*>(inEnd), out, outEnd);
+    in = reinterpret_cast<const char*>(p);
+    return result;
+  }
+  int Finish(unsigned short*&, const unsigned short*) {
+    state_ = 0;
+    return kConversionDone;
+  }
+  UnicodeLibBehavior& Behavior() const { return behavior_; }
+  void SetBehavior(UnicodeLibBehavior*) {}  // given to the constructor
+
+ private:
+  const MBCSAction* actions_;
+  const PassThrough pass_;
+  UnicodeLibBehavior& behavior_;
+  unsigned short state_ = 0;
+};
+
 long DecodeCodePage(const DirectRoute& route, UnicodeLibBehavior& behavior, const char* src, long length,
                     unsigned short* dst, long room) {
-  MBCStoUnicode converter = static_cast<const MBCSEncoding*>(route.encoding)->ConverterToUnicode();
+  CodePageDecoder decoder(*static_cast<const MBCSEncoding*>(route.encoding), behavior);
+  return Decode(route, decoder, behavior, src, length, dst, room);
+}
+
+// With the converter the encoding's member function Make returns, on the
+// stack.
+template <class Encoding, auto Make>
+long DecodeOnStack(const DirectRoute& route, UnicodeLibBehavior& behavior, const char* src, long length,
+                   unsigned short* dst, long room) {
+  auto converter = (static_cast<const Encoding*>(route.encoding)->*Make)();
   return Decode(route, converter, behavior, src, length, dst, room);
 }
 
-long EncodeCodePage(const DirectRoute& route, UnicodeLibBehavior& behavior, const unsigned short* src, long length,
-                    char* dst, long room) {
-  MBCSfromUnicode converter = static_cast<const MBCSEncoding*>(route.encoding)->ConverterFromUnicode();
-  return Encode(route, converter, behavior, src, length, dst, room);
-}
-
-long DecodeUTF8(const DirectRoute& route, UnicodeLibBehavior& behavior, const char* src, long length,
-                unsigned short* dst, long room) {
-  UTF8toWhatever converter = static_cast<const UTF8EncodingVariant*>(route.encoding)->Decoder();
-  return Decode(route, converter, behavior, src, length, dst, room);
-}
-
-long EncodeUTF8(const DirectRoute& route, UnicodeLibBehavior& behavior, const unsigned short* src, long length,
-                char* dst, long room) {
-  UTF8fromWhatever converter = static_cast<const UTF8EncodingVariant*>(route.encoding)->Encoder();
+template <class Encoding, auto Make>
+long EncodeOnStack(const DirectRoute& route, UnicodeLibBehavior& behavior, const unsigned short* src, long length,
+                   char* dst, long room) {
+  auto converter = (static_cast<const Encoding*>(route.encoding)->*Make)();
   return Encode(route, converter, behavior, src, length, dst, room);
 }
 
@@ -327,13 +363,19 @@ DirectRoute DirectRoute::Of(const ExternalEncoding* encoding) {
   if (encoding == nullptr) return {};
   const std::type_info& type = typeid(*encoding);
   // Their stages are BlockExternalEncoding's: one converting stage.
-  if (type == typeid(MBCSEncoding)) return {encoding, InternalEncoding::Unicode(), &DecodeCodePage, &EncodeCodePage};
+  if (type == typeid(MBCSEncoding)) {
+    return {encoding, InternalEncoding::Unicode(), &DecodeCodePage,
+            &EncodeOnStack<MBCSEncoding, &MBCSEncoding::ConverterFromUnicode>};
+  }
   if (type == typeid(ISO2022JPEncoding)) return {encoding, InternalEncoding::Unicode(), &DecodeBlock, &EncodeBlock};
   // Its stages add the internal encoding's own, which for Unicode 2.0 only
   // forwards.
   if (type == typeid(UTF8EncodingVariant)) {
     const InternalEncoding& internal = static_cast<const UTF8EncodingVariant*>(encoding)->Internal();
-    if (&internal == InternalEncoding::Unicode20()) return {encoding, &internal, &DecodeUTF8, &EncodeUTF8};
+    if (&internal == InternalEncoding::Unicode20()) {
+      return {encoding, &internal, &DecodeOnStack<UTF8EncodingVariant, &UTF8EncodingVariant::Decoder>,
+              &EncodeOnStack<UTF8EncodingVariant, &UTF8EncodingVariant::Encoder>};
+    }
   }
   return {};
 }
