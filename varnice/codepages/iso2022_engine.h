@@ -134,7 +134,12 @@ class ISO2022Reader {
       if (*p == 0x1B) {
         if (end - p < 3 && !finishing) return 1;  // wait for the rest of the escape
         int match = end - p < 3 ? count_ : 0;
-        while (match < count_ && std::memcmp(p, list_[match].escape, 3) != 0) ++match;
+        // Three bytes compared in line: a library call per candidate would
+        // cost more than the comparison.
+        while (match < count_ && (p[0] != list_[match].escape[0] || p[1] != list_[match].escape[1] ||
+                                  p[2] != list_[match].escape[2])) {
+          ++match;
+        }
         if (match < count_) {
           current_ = match;
           subs_[match]->Reset();

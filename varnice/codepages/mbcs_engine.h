@@ -137,41 +137,47 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       // After a group fails (multi-byte text) the next few characters go one
       // by one, so text that is not single-byte pays little for the attempt.
       int oneByOne = 0;
-      while (in != stop) {
+      // Local copies: through the references every unit written would make
+      // the compiler store and reload both positions.
+      unsigned char const* p = in;
+      unsigned short* o = out;
+      while (p != stop) {
         // Eight single-byte characters at a time: look all up, then write
         // them only if every one is a complete unit (no branch per byte).
         if (oneByOne > 0) {
           --oneByOne;
-        } else if (stop - in >= 8 && CompleteUnit(actions[*in])) {
+        } else if (stop - p >= 8 && CompleteUnit(actions[*p])) {
           // (Tried only from a single-byte character: text of two-byte codes,
           // JIS X 0208 between ISO-2022 escapes, would fail every group.)
           std::uint32_t packed[8];
           std::uint32_t worst = 0;
           for (int i = 0; i < 8; ++i) {
-            const MBCSAction a = actions[in[i]];
+            const MBCSAction a = actions[p[i]];
             packed[i] = static_cast<std::uint32_t>(a.nextState) << 16 | a.output;
             worst = packed[i] > worst ? packed[i] : worst;
           }
           if (worst < MBCStoUnicodeTable::kInvalid) {
-            for (int i = 0; i < 8; ++i) out[i] = static_cast<unsigned short>(packed[i]);
-            in += 8;
-            out += 8;
+            for (int i = 0; i < 8; ++i) o[i] = static_cast<unsigned short>(packed[i]);
+            p += 8;
+            o += 8;
             continue;
           }
           oneByOne = 16;
         }
-        MBCSAction a = actions[*in];
+        MBCSAction a = actions[*p];
         if (CompleteUnit(a)) {
-          *out++ = a.output;
-          ++in;
+          *o++ = a.output;
+          ++p;
           continue;
         }
-        if (a.output != MBCStoUnicodeTable::kNoOutput || stop - in < 2) break;
-        MBCSAction t = actions[a.nextState * 256u + in[1]];
+        if (a.output != MBCStoUnicodeTable::kNoOutput || stop - p < 2) break;
+        MBCSAction t = actions[a.nextState * 256u + p[1]];
         if (!CompleteUnit(t)) break;
-        *out++ = t.output;
-        in += 2;
+        *o++ = t.output;
+        p += 2;
       }
+      in = p;
+      out = o;
     }
     if (in == inEnd) return kMBCSInputUsed;
     if (out == outEnd) return kMBCSOutputFull;
