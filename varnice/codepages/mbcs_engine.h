@@ -241,35 +241,42 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
     if (unlimited && !pass) {
       // Nothing to ask before writing: encode in a tight loop until a unit
       // has no code or room runs short.
-      while (in != inEnd && outEnd - out >= 4) {
-        if (*in < identity.end && *in != identity.hole) {
+      // Local copies: the bytes are written through char pointers, which
+      // may alias anything, so the references would be stored and reloaded
+      // for every code.
+      unsigned short const* p = in;
+      char* o = out;
+      while (p != inEnd && outEnd - o >= 4) {
+        if (*p < identity.end && *p != identity.hole) {
           // Units the page writes as themselves: no lookup, and long runs in
           // the vector kernel (up to the largest power of two within).
-          unsigned short const* const stop = in + std::min<std::ptrdiff_t>(inEnd - in, outEnd - out - 3);
-          if (identity.KernelLimit() != 0 && stop - in >= 16) {
-            const std::size_t n = simd::Kernels().narrowBelow(in, static_cast<std::size_t>(stop - in),
-                                                              reinterpret_cast<unsigned char*>(out),
+          unsigned short const* const stop = p + std::min<std::ptrdiff_t>(inEnd - p, outEnd - o - 3);
+          if (identity.KernelLimit() != 0 && stop - p >= 16) {
+            const std::size_t n = simd::Kernels().narrowBelow(p, static_cast<std::size_t>(stop - p),
+                                                              reinterpret_cast<unsigned char*>(o),
                                                               identity.KernelLimit(), identity.hole);
-            in += n;
-            out += n;
+            p += n;
+            o += n;
           }
-          while (in != stop && *in < identity.end && *in != identity.hole) *out++ = static_cast<char>(*in++);
+          while (p != stop && *p < identity.end && *p != identity.hole) *o++ = static_cast<char>(*p++);
           continue;
         }
         unsigned long code;
-        if (!find(*in, code)) break;
-        ++in;
+        if (!find(*p, code)) break;
+        ++p;
         if (code < 0x100) {
-          *out++ = static_cast<char>(code);
+          *o++ = static_cast<char>(code);
         } else if (code < 0x10000) {
           // Two-byte codes (most of a Japanese text) without the length loop.
-          out[0] = static_cast<char>(code >> 8);
-          out[1] = static_cast<char>(code);
-          out += 2;
+          o[0] = static_cast<char>(code >> 8);
+          o[1] = static_cast<char>(code);
+          o += 2;
         } else {
-          WriteBigEndian(code, CodeLength(code), out);
+          WriteBigEndian(code, CodeLength(code), o);
         }
       }
+      in = p;
+      out = o;
     }
     if (in == inEnd) return kMBCSInputUsed;
     if (outEnd - out < 4) return kMBCSOutputFull;
