@@ -14,6 +14,7 @@
 #include "tests/codepages/converter_test_support.h"
 #include "tests/simd/kernel_levels.h"
 #include "varnice/capi/varnice_c.h"
+#include "varnice/codepages/iso2022_encoding.h"
 #include "varnice/codepages/mbcs_encoding.h"
 #include "varnice/unicodeforms/utf8.h"
 
@@ -155,6 +156,36 @@ TEST(FastPaths, EveryCodePageMatchesItsPlainLoops) {
 }
 
 TEST(FastPaths, ISO2022JPMatchesItsPlainLoops) { CheckBothWays(ExternalEncoding::ISO2022JP(), false, 150); }
+
+// ISO2022toUnicode held to its buffered loop, which never reads in place.
+class BufferedISO2022 : public BlockConverter_8_to_16 {
+ public:
+  explicit BufferedISO2022(ISO2022toUnicode& c) : c_(c) {}
+  int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) override {
+    return c_.ConvertBuffered(in, inEnd, out, outEnd);
+  }
+  int Finish(unsigned short*& out, const unsigned short* outEnd) override { return c_.Finish(out, outEnd); }
+  void Reset() override { c_.Reset(); }
+
+ private:
+  ISO2022toUnicode& c_;
+};
+
+// Reading in place (stretches between escapes straight from the caller's
+// bytes) against the buffered loop, in the same random blocks with the same
+// room: the same units, problems, and input taken at each problem.
+TEST(FastPaths, ISO2022JPReadsInPlaceAsThroughItsBuffer) {
+  Converters fast(ExternalEncoding::ISO2022JP());
+  Converters plain(ExternalEncoding::ISO2022JP());
+  BufferedISO2022 reference(dynamic_cast<ISO2022toUnicode&>(*plain.to));
+  const std::vector<unsigned short> repertoire = Repertoire(ExternalEncoding::ISO2022JP());
+  std::mt19937 rng(14);
+  for (int trial = 0; trial < 300; ++trial) {
+    const std::string bytes = RandomBytes(rng, *fast.from, RandomText(rng, repertoire, 1 + rng() % 1500));
+    std::mt19937 blocks = rng;
+    ASSERT_EQ(Decode(reference, bytes, &blocks, true), Decode(*fast.to, bytes, &rng, true)) << trial;
+  }
+}
 
 TEST(FastPaths, UTF8MatchesItsPlainLoops) {
   UTF8toWhatever to(true);

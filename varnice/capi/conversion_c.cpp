@@ -1,8 +1,8 @@
 // The C registration and conversion functions.
 //
-// A table-driven code page under the plain default policy is converted
-// directly over the caller's buffers (direct_code_page.h); everything else
-// takes the general route below.
+// A code page, ISO-2022-JP or UTF-8 under the plain default policy is
+// converted directly over the caller's buffers (direct_route.h); everything
+// else takes the general route below.
 //
 // The general route builds the same stages the encoding converters would build
 // (the encodings' own factories, with the default behaviour the buffer
@@ -24,7 +24,7 @@
 
 using varnice::internal::CallArena;
 using varnice::internal::DataEncodings;
-using varnice::internal::DirectCodePage;
+using varnice::internal::DirectRoute;
 
 namespace {
 
@@ -39,41 +39,14 @@ long UnitCount(const unsigned short* s) {
   return n;
 }
 
-}  // namespace
-
-extern "C" int VarniceRegisterEncoding(const char* name) { return DataEncodings().Register(name); }
-
-extern "C" const char* VarniceEncodingName(int number) { return DataEncodings().Name(number); }
-
-extern "C" int VarniceEncodingNominalCharLength(int number) { return DataEncodings().NominalCharLength(number); }
-
-extern "C" int VarniceConvertToUnicode(int number, const char* src, int srcLen, unsigned short* dst, int dstLen) {
-  long length = src == nullptr ? 0 : srcLen >= 0 ? srcLen : static_cast<long>(std::strlen(src));
-  const ExternalEncoding* encoding = DataEncodings().Encoding(number);
-  if (encoding == nullptr) length = 0;
-  if (length == 0) {
-    if (dstLen > 0) dst[0] = 0;
-    return 0;
-  }
-  if (dstLen == 0) return 0;
-
-  if (const DirectCodePage& cp = DataEncodings().Direct(number)) {
-    if (const UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
-      // A code page writes at most one unit per byte, so with unstated room
-      // the input's length bounds the output.
-      const long room = dstLen > 0 ? dstLen : length;
-      long count = varnice::internal::DecodeDirect(cp, *behavior, src, length, dst, room);
-      // A full buffer is cut, as below.
-      if (count == dstLen) count = dstLen - 1;
-      dst[count] = 0;
-      return static_cast<int>(count);
-    }
-  }
-
+// The general route of VarniceConvertToUnicode, kept out of line so that
+// the direct route does not set up its stack frame (arena included).
+[[gnu::noinline]] int ToUnicodeThroughPipeline(const ExternalEncoding& encoding, const char* src, long length,
+                                               unsigned short* dst, int dstLen) {
   BufferCharSource source(src, src + length);
   Arena arena;
   UnicodeLibDirector director;
-  ExternalEncoding::ToUnicodeSource* units = encoding->CreateCharSourceToUnicode(source, arena);
+  ExternalEncoding::ToUnicodeSource* units = encoding.CreateCharSourceToUnicode(source, arena);
   director.DeleteFirst(units);
 
   if (dstLen < 0) {
@@ -103,6 +76,37 @@ extern "C" int VarniceConvertToUnicode(int number, const char* src, int srcLen, 
   return static_cast<int>(count);
 }
 
+}  // namespace
+
+extern "C" int VarniceRegisterEncoding(const char* name) { return DataEncodings().Register(name); }
+
+extern "C" const char* VarniceEncodingName(int number) { return DataEncodings().Name(number); }
+
+extern "C" int VarniceEncodingNominalCharLength(int number) { return DataEncodings().NominalCharLength(number); }
+
+extern "C" int VarniceConvertToUnicode(int number, const char* src, int srcLen, unsigned short* dst, int dstLen) {
+  long length = src == nullptr ? 0 : srcLen >= 0 ? srcLen : static_cast<long>(std::strlen(src));
+  const ExternalEncoding* encoding = DataEncodings().Encoding(number);
+  if (encoding == nullptr) length = 0;
+  if (length == 0) {
+    if (dstLen > 0) dst[0] = 0;
+    return 0;
+  }
+  if (dstLen == 0) return 0;
+
+  if (const DirectRoute& route = DataEncodings().Direct(number)) {
+    if (UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
+      long count = varnice::internal::DecodeDirect(route, *behavior, src, length, dst, dstLen > 0 ? dstLen : -1);
+      // A full buffer is cut, as below.
+      if (count == dstLen) count = dstLen - 1;
+      dst[count] = 0;
+      return static_cast<int>(count);
+    }
+  }
+
+  return ToUnicodeThroughPipeline(*encoding, src, length, dst, dstLen);
+}
+
 extern "C" int VarniceConvertFromUnicode(int number, const unsigned short* src, int srcLen, char* dst, int dstLen,
                                          int pad) {
   (void)pad;  // The padding step writes nothing: results are never padded.
@@ -110,11 +114,11 @@ extern "C" int VarniceConvertFromUnicode(int number, const unsigned short* src, 
   const ExternalEncoding* encoding = DataEncodings().Encoding(number);
   if (length == 0 || encoding == nullptr) return 0;
 
-  if (const DirectCodePage& cp = DataEncodings().Direct(number)) {
-    if (const UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
+  if (const DirectRoute& route = DataEncodings().Direct(number)) {
+    if (UnicodeLibBehavior* behavior = varnice::internal::PlainDefaultBehavior()) {
       // No room (or unstated room) takes nothing, as the sink below does.
       if (dstLen <= 0) return 0;
-      const long count = varnice::internal::EncodeDirect(cp, *behavior, src, length, dst, dstLen);
+      const long count = varnice::internal::EncodeDirect(route, *behavior, src, length, dst, dstLen);
       // Terminated only if the NUL fits, as the sink terminates.
       if (count < dstLen) dst[count] = '\0';
       return static_cast<int>(count);

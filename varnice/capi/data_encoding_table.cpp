@@ -41,8 +41,8 @@ bool DataEncodingTable::HostVersionIsCompatible() { return UnicodeLibrary::Versi
 
 const ExternalEncoding* DataEncodingTable::Latin1() { return ExternalEncoding::ISOLatin1(); }
 
-const DirectCodePage& DataEncodingTable::Latin1Direct() {
-  static const DirectCodePage latin1 = DirectCodePage::Of(Latin1());
+const DirectRoute& DataEncodingTable::Latin1Direct() {
+  static const DirectRoute latin1 = DirectRoute::Of(Latin1());
   return latin1;
 }
 
@@ -76,7 +76,7 @@ int DataEncodingTable::Add(const ExternalEncoding& found) {
   const int length = EncodeSpace(*encoding, space);
   const int number = nextFree_++;
   encodings_[number] = encoding;
-  direct_[number] = DirectCodePage::Of(encoding);
+  direct_[number] = DirectRoute::Of(encoding);
   nominalLength_[number] = static_cast<signed char>(length);
   encodedSpace_[number][0] = space[0];
   encodedSpace_[number][1] = space[1];

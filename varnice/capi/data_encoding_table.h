@@ -9,7 +9,7 @@
 #ifndef VARNICE_CAPI_DATA_ENCODING_TABLE_H_
 #define VARNICE_CAPI_DATA_ENCODING_TABLE_H_
 
-#include "varnice/capi/direct_code_page.h"
+#include "varnice/capi/direct_route.h"
 
 class ExternalEncoding;
 
@@ -43,9 +43,9 @@ class DataEncodingTable {
   }
   // The encoding's name, or "" for 0 and unregistered numbers.
   const char* Name(int number) const;
-  // The encoding as a code page to convert directly; empty when it is not
-  // one, and for unregistered numbers.
-  const DirectCodePage& Direct(int number) const {
+  // How to convert the encoding directly; empty when it cannot be, and for
+  // unregistered numbers.
+  const DirectRoute& Direct(int number) const {
     if (number == 0) return Latin1Direct();
     return number > 0 && number < nextFree_ && number <= kMaxNumber ? direct_[number] : direct_[0];
   }
@@ -59,13 +59,13 @@ class DataEncodingTable {
 
  private:
   static const ExternalEncoding* Latin1();
-  static const DirectCodePage& Latin1Direct();
+  static const DirectRoute& Latin1Direct();
 
   VersionCheck versionCheck_;
   unsigned long registerCalls_ = 0;
   int nextFree_ = 1;
   const ExternalEncoding* encodings_[kMaxNumber + 1] = {};
-  DirectCodePage direct_[kMaxNumber + 1] = {};  // [0] stays empty
+  DirectRoute direct_[kMaxNumber + 1] = {};  // [0] stays empty
   signed char nominalLength_[kMaxNumber + 1] = {};
   unsigned char encodedSpace_[kMaxNumber + 1][2] = {};
 };

@@ -63,6 +63,11 @@ int ISO2022toUnicode::Convert(const char*& in, const char* inEnd, unsigned short
   return reader_.Convert(in, inEnd, out, outEnd);
 }
 
+int ISO2022toUnicode::ConvertBuffered(const char*& in, const char* inEnd, unsigned short*& out,
+                                      const unsigned short* outEnd) {
+  return reader_.ConvertBuffered(in, inEnd, out, outEnd);
+}
+
 int ISO2022toUnicode::Finish(unsigned short*& out, const unsigned short* outEnd) {
   return reader_.Finish(out, outEnd);
 }

@@ -51,6 +51,10 @@ class VARNICE_API ISO2022toUnicode : public BlockConverter_8_to_16 {
   // Results: kInputUsedUp (an escape cut short by the end of the block waits
   // for the next), kOutputFull, else the subencoding converter's own.
   int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) override;
+  // The plain loop, every byte through the read-ahead buffer. Convert reads
+  // in place where it can, with the same output and results; this one is
+  // kept as the reference it is tested against.
+  int ConvertBuffered(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd);
   // Converts what is still held; an escape cut short becomes U+001B.
   int Finish(unsigned short*& out, const unsigned short* outEnd) override;
   void Reset() override;

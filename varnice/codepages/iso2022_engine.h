@@ -53,27 +53,14 @@ class ISO2022Reader {
       : list_(list), count_(count), subs_(subs) {}
 
   int Convert(char const*& in, char const* inEnd, unsigned short*& out, unsigned short const* outEnd) {
-    // Bytes left over from the last call (it stopped at a problem or with
-    // the output full) go first, even when no new input comes: a converting
-    // sink is never finished, and would otherwise hold them back for good.
-    if (begin_ != end_) {
-      int r = Work(out, outEnd, false);
-      if (r != kInputUsedUp) return r;
-    }
-    while (in != inEnd) {
-      if (out == outEnd) return kOutputFull;
-      std::memmove(buffer_, buffer_ + begin_, end_ - begin_);
-      end_ -= begin_;
-      begin_ = 0;
-      long n = inEnd - in;
-      if (n > kBufferSize - end_) n = kBufferSize - end_;
-      std::memcpy(buffer_ + end_, in, n);
-      end_ += static_cast<int>(n);
-      in += n;
-      int r = Work(out, outEnd, false);
-      if (r != kInputUsedUp) return r;
-    }
-    return kInputUsedUp;
+    return Convert(in, inEnd, out, outEnd, true);
+  }
+
+  // The plain loop: every byte goes through the buffer. Convert ends with the
+  // same output and results (taking input only as far as it used it); this
+  // one is kept as the reference it is tested against.
+  int ConvertBuffered(char const*& in, char const* inEnd, unsigned short*& out, unsigned short const* outEnd) {
+    return Convert(in, inEnd, out, outEnd, false);
   }
 
   // Converts what is still buffered; an incomplete escape becomes U+001B.
@@ -93,28 +80,80 @@ class ISO2022Reader {
   int Count() const { return count_; }
 
  private:
-  int Work(unsigned short*& out, unsigned short const* outEnd, bool finishing) {
-    while (begin_ < end_) {
+  int Convert(char const*& in, char const* inEnd, unsigned short*& out, unsigned short const* outEnd, bool inPlace) {
+    // Bytes left over from the last call (it stopped at a problem or with
+    // the output full) go first, even when no new input comes: a converting
+    // sink is never finished, and would otherwise hold them back for good.
+    if (begin_ != end_) {
+      int r = Work(out, outEnd, false);
+      if (r != kInputUsedUp) return r;
+    }
+    while (in != inEnd) {
       if (out == outEnd) return kOutputFull;
-      if (buffer_[begin_] == 0x1B) {
-        if (end_ - begin_ < 3 && !finishing) return kInputUsedUp;  // wait for the rest of the escape
-        int match = end_ - begin_ < 3 ? count_ : 0;
-        while (match < count_ && std::memcmp(buffer_ + begin_, list_[match].escape, 3) != 0) ++match;
+      if (inPlace && begin_ == end_) {
+        // With nothing held, a block is read where it lies. The block is
+        // taken in whole, as the buffered loop takes it: what is left of it
+        // (after a problem, with the output full, or an escape cut by its
+        // end) is held, exactly as if it had been copied in.
+        const long n = inEnd - in < kBufferSize ? inEnd - in : kBufferSize;
+        char const* p = in;
+        const int r = Read(p, in + n, out, outEnd, false);
+        end_ = static_cast<int>(in + n - p);
+        std::memcpy(buffer_, p, static_cast<std::size_t>(end_));
+        begin_ = 0;
+        in += n;
+        if (r != kInputUsedUp) return r;
+        continue;
+      }
+      std::memmove(buffer_, buffer_ + begin_, end_ - begin_);
+      end_ -= begin_;
+      begin_ = 0;
+      long n = inEnd - in;
+      if (n > kBufferSize - end_) n = kBufferSize - end_;
+      std::memcpy(buffer_ + end_, in, n);
+      end_ += static_cast<int>(n);
+      in += n;
+      int r = Work(out, outEnd, false);
+      if (r != kInputUsedUp) return r;
+    }
+    return kInputUsedUp;
+  }
+
+  // The buffered loop: reads [buffer_ + begin_, buffer_ + end_).
+  int Work(unsigned short*& out, unsigned short const* outEnd, bool finishing) {
+    char const* p = buffer_ + begin_;
+    const int r = Read(p, buffer_ + end_, out, outEnd, finishing);
+    begin_ = static_cast<int>(p - buffer_);
+    return r;
+  }
+
+  // Splits [p, end) at escapes; each stretch goes to the subencoding in
+  // force. Unless finishing, an escape cut by end waits (kInputUsedUp).
+  int Read(char const*& p, char const* end, unsigned short*& out, unsigned short const* outEnd, bool finishing) {
+    while (p != end) {
+      if (out == outEnd) return kOutputFull;
+      if (*p == 0x1B) {
+        if (end - p < 3 && !finishing) return kInputUsedUp;  // wait for the rest of the escape
+        int match = end - p < 3 ? count_ : 0;
+        // Three bytes compared in line: a library call per candidate would
+        // cost more than the comparison.
+        while (match < count_ && (p[0] != list_[match].escape[0] || p[1] != list_[match].escape[1] ||
+                                  p[2] != list_[match].escape[2])) {
+          ++match;
+        }
         if (match < count_) {
           current_ = match;
           subs_[match]->Reset();
-          begin_ += 3;
+          p += 3;
         } else {
           *out++ = 0x001B;
-          ++begin_;
+          ++p;
         }
         continue;
       }
-      char const* stop = static_cast<char const*>(std::memchr(buffer_ + begin_, 0x1B, end_ - begin_));
-      if (stop == nullptr) stop = buffer_ + end_;
-      char const* p = buffer_ + begin_;
+      char const* stop = static_cast<char const*>(std::memchr(p, 0x1B, static_cast<std::size_t>(end - p)));
+      if (stop == nullptr) stop = end;
       int r = subs_[current_]->Convert(p, stop, out, outEnd);
-      begin_ = static_cast<int>(p - buffer_);
       if (r != kInputUsedUp) return r;
     }
     return kInputUsedUp;

@@ -31,12 +31,16 @@ ExternalEncodingDetector* MBCSEncoding::CreateEncodingDetector(UnicodeLibAllocat
 }
 
 BlockConverter_8_to_16* MBCSEncoding::CreateConverterToUnicode(UnicodeLibAllocator& a) const {
-  return new (a) MBCStoUnicode(toUnicode_, basedOnASCII_);
+  return new (a) MBCStoUnicode(ConverterToUnicode());
 }
 
 BlockConverter_16_to_8* MBCSEncoding::CreateConverterFromUnicode(UnicodeLibAllocator& a) const {
-  return new (a) MBCSfromUnicode(fromUnicode_, basedOnASCII_);
+  return new (a) MBCSfromUnicode(ConverterFromUnicode());
 }
+
+MBCStoUnicode MBCSEncoding::ConverterToUnicode() const { return MBCStoUnicode(toUnicode_, basedOnASCII_); }
+
+MBCSfromUnicode MBCSEncoding::ConverterFromUnicode() const { return MBCSfromUnicode(fromUnicode_, basedOnASCII_); }
 
 unsigned long MBCSEncoding::FromUnicode(unsigned short unit) const {
   unsigned long code;

@@ -22,6 +22,9 @@
 #include "varnice/tables/table.h"
 #include "varnice/varnice_export.h"
 
+class MBCStoUnicode;
+class MBCSfromUnicode;
+
 class VARNICE_API MBCSEncoding : public BlockExternalEncoding {
  public:
   // The tables are used in place and must outlive the encoding.
@@ -39,6 +42,10 @@ class VARNICE_API MBCSEncoding : public BlockExternalEncoding {
   ExternalEncodingDetector* CreateEncodingDetector(UnicodeLibAllocator& a) const override;
   BlockConverter_8_to_16* CreateConverterToUnicode(UnicodeLibAllocator& a) const override;
   BlockConverter_16_to_8* CreateConverterFromUnicode(UnicodeLibAllocator& a) const override;
+  // The converters the two above place; the C functions also run them, on
+  // the stack, straight over their callers' buffers.
+  MBCStoUnicode ConverterToUnicode() const;
+  MBCSfromUnicode ConverterFromUnicode() const;
 
   // The code of the code unit in this page, 0xFFFD when it has none.
   unsigned long FromUnicode(unsigned short unit) const;

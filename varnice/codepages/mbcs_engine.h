@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <type_traits>
 #include <typeinfo>
 
@@ -29,8 +30,8 @@ class PassThrough {
  public:
   PassThrough(bool honour, UnicodeLibBehavior const& behavior) {
     if (honour && behavior.HasForcedDirectMapping()) {
-      set_ = behavior.ForcedDirectMapping();
-      bytes_ = set_.c_str();
+      set_.emplace(behavior.ForcedDirectMapping());
+      bytes_ = set_->c_str();
     }
   }
   explicit operator bool() const { return bytes_ != nullptr; }
@@ -40,7 +41,9 @@ class PassThrough {
   }
 
  private:
-  qz_string set_;
+  // Held only when there is one: a short call should not pay for an empty
+  // string's construction and destruction.
+  std::optional<qz_string> set_;
   char const* bytes_ = nullptr;
 };
 
@@ -126,41 +129,47 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       // After a group fails (multi-byte text) the next few characters go one
       // by one, so text that is not single-byte pays little for the attempt.
       int oneByOne = 0;
-      while (in != stop) {
+      // Local copies: through the references every unit written would make
+      // the compiler store and reload both positions.
+      unsigned char const* p = in;
+      unsigned short* o = out;
+      while (p != stop) {
         // Eight single-byte characters at a time: look all up, then write
         // them only if every one is a complete unit (no branch per byte).
         if (oneByOne > 0) {
           --oneByOne;
-        } else if (stop - in >= 8 && CompleteUnit(actions[*in])) {
+        } else if (stop - p >= 8 && CompleteUnit(actions[*p])) {
           // (Tried only from a single-byte character: text of two-byte codes,
           // JIS X 0208 between ISO-2022 escapes, would fail every group.)
           std::uint32_t packed[8];
           std::uint32_t worst = 0;
           for (int i = 0; i < 8; ++i) {
-            const MBCSAction a = actions[in[i]];
+            const MBCSAction a = actions[p[i]];
             packed[i] = static_cast<std::uint32_t>(a.nextState) << 16 | a.output;
             worst = packed[i] > worst ? packed[i] : worst;
           }
           if (worst < MBCStoUnicodeTable::kInvalid) {
-            for (int i = 0; i < 8; ++i) out[i] = static_cast<unsigned short>(packed[i]);
-            in += 8;
-            out += 8;
+            for (int i = 0; i < 8; ++i) o[i] = static_cast<unsigned short>(packed[i]);
+            p += 8;
+            o += 8;
             continue;
           }
           oneByOne = 16;
         }
-        MBCSAction a = actions[*in];
+        MBCSAction a = actions[*p];
         if (CompleteUnit(a)) {
-          *out++ = a.output;
-          ++in;
+          *o++ = a.output;
+          ++p;
           continue;
         }
-        if (a.output != MBCStoUnicodeTable::kNoOutput || stop - in < 2) break;
-        MBCSAction t = actions[a.nextState * 256u + in[1]];
+        if (a.output != MBCStoUnicodeTable::kNoOutput || stop - p < 2) break;
+        MBCSAction t = actions[a.nextState * 256u + p[1]];
         if (!CompleteUnit(t)) break;
-        *out++ = t.output;
-        in += 2;
+        *o++ = t.output;
+        p += 2;
       }
+      in = p;
+      out = o;
     }
     if (in == inEnd) return kInputUsedUp;
     if (out == outEnd) return kOutputFull;
@@ -224,35 +233,42 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
     if (unlimited && !pass) {
       // Nothing to ask before writing: encode in a tight loop until a unit
       // has no code or room runs short.
-      while (in != inEnd && outEnd - out >= 4) {
-        if (*in < identity.end && *in != identity.hole) {
+      // Local copies: the bytes are written through char pointers, which
+      // may alias anything, so the references would be stored and reloaded
+      // for every code.
+      unsigned short const* p = in;
+      char* o = out;
+      while (p != inEnd && outEnd - o >= 4) {
+        if (*p < identity.end && *p != identity.hole) {
           // Units the page writes as themselves: no lookup, and long runs in
           // the vector kernel (up to the largest power of two within).
-          unsigned short const* const stop = in + std::min<std::ptrdiff_t>(inEnd - in, outEnd - out - 3);
-          if (identity.KernelLimit() != 0 && stop - in >= 16) {
-            const std::size_t n = simd::Kernels().narrowBelow(in, static_cast<std::size_t>(stop - in),
-                                                              reinterpret_cast<unsigned char*>(out),
+          unsigned short const* const stop = p + std::min<std::ptrdiff_t>(inEnd - p, outEnd - o - 3);
+          if (identity.KernelLimit() != 0 && stop - p >= 16) {
+            const std::size_t n = simd::Kernels().narrowBelow(p, static_cast<std::size_t>(stop - p),
+                                                              reinterpret_cast<unsigned char*>(o),
                                                               identity.KernelLimit(), identity.hole);
-            in += n;
-            out += n;
+            p += n;
+            o += n;
           }
-          while (in != stop && *in < identity.end && *in != identity.hole) *out++ = static_cast<char>(*in++);
+          while (p != stop && *p < identity.end && *p != identity.hole) *o++ = static_cast<char>(*p++);
           continue;
         }
         unsigned long code;
-        if (!find(*in, code)) break;
-        ++in;
+        if (!find(*p, code)) break;
+        ++p;
         if (code < 0x100) {
-          *out++ = static_cast<char>(code);
+          *o++ = static_cast<char>(code);
         } else if (code < 0x10000) {
           // Two-byte codes (most of a Japanese text) without the length loop.
-          out[0] = static_cast<char>(code >> 8);
-          out[1] = static_cast<char>(code);
-          out += 2;
+          o[0] = static_cast<char>(code >> 8);
+          o[1] = static_cast<char>(code);
+          o += 2;
         } else {
-          WriteBigEndian(code, CodeLength(code), out);
+          WriteBigEndian(code, CodeLength(code), o);
         }
       }
+      in = p;
+      out = o;
     }
     if (in == inEnd) return kInputUsedUp;
     if (outEnd - out < 4) return kOutputFull;

@@ -272,16 +272,19 @@ int UTF8fromWhatever::Convert(const unsigned short*& in, const unsigned short* i
     // step.
     if (pendingHigh_ == 0 && !CapacityWasReached() && capacity >= -1) {
       long budget = capacity == -1 ? LONG_MAX : capacity;
-      while (in != inEnd && end - o >= 6) {
-        const unsigned short u = *in;
+      // A local copy: the bytes are written through char pointers, which may
+      // alias anything, so the reference would be reloaded for every unit.
+      const unsigned short* p = in;
+      while (p != inEnd && end - o >= 6) {
+        const unsigned short u = *p;
         if (u < 0x80) {
-          std::size_t n = static_cast<std::size_t>(inEnd - in);
+          std::size_t n = static_cast<std::size_t>(inEnd - p);
           const std::size_t room = static_cast<std::size_t>(end - o) - 5;
           if (n > room) n = room;
           if (static_cast<unsigned long>(budget) < n) n = static_cast<std::size_t>(budget);
           if (n == 0) break;
-          const std::size_t done = NarrowASCII(in, n, o);
-          in += done;
+          const std::size_t done = NarrowASCII(p, n, o);
+          p += done;
           o += done;
           budget -= static_cast<long>(done);
           if (done < n) continue;
@@ -303,8 +306,9 @@ int UTF8fromWhatever::Convert(const unsigned short*& in, const unsigned short* i
         } else {
           break;
         }
-        ++in;
+        ++p;
       }
+      in = p;
       if (capacity != -1) capacity = budget;
     }
     result = Step(in, inEnd, o, end, capacity);
@@ -349,21 +353,21 @@ bool UTF8EncodingVariant::IsTextModeSafe() const { return true; }
 
 ExternalEncoding::ToUnicodeSource* UTF8EncodingVariant::CreateCharSourceToUnicode(CharSource& in,
                                                                                   UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSourceToUnicode(*this, internal_, new (a) UTF8toWhatever(allowSurrogates_), in, a);
+  return varnice::internal::FormSourceToUnicode(*this, internal_, new (a) UTF8toWhatever(Decoder()), in, a);
 }
 
 CharSource* UTF8EncodingVariant::CreateCharSourceFromUnicode(Char16Source& in, UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSourceFromUnicode(*this, internal_, new (a) UTF8fromWhatever(allowSurrogates_),
+  return varnice::internal::FormSourceFromUnicode(*this, internal_, new (a) UTF8fromWhatever(Encoder()),
                                                   in, a);
 }
 
 Char16Sink* UTF8EncodingVariant::CreateCharSinkFromUnicode(CharSink& out, UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSinkFromUnicode(*this, internal_, new (a) UTF8fromWhatever(allowSurrogates_),
+  return varnice::internal::FormSinkFromUnicode(*this, internal_, new (a) UTF8fromWhatever(Encoder()),
                                                 out, a);
 }
 
 CharSink* UTF8EncodingVariant::CreateCharSinkToUnicode(Char16Sink& out, UnicodeLibAllocator& a) const {
-  return varnice::internal::FormSinkToUnicode(*this, internal_, new (a) UTF8toWhatever(allowSurrogates_), out, a);
+  return varnice::internal::FormSinkToUnicode(*this, internal_, new (a) UTF8toWhatever(Decoder()), out, a);
 }
 
 ExternalEncodingDetector* UTF8EncodingVariant::CreateEncodingDetector(UnicodeLibAllocator& a) const {

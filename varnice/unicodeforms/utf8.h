@@ -112,6 +112,11 @@ class VARNICE_API UTF8EncodingVariant : public ExternalEncoding {
   // stage, so the Unicode side is always Unicode 2.0.
   VARNICE_EXTERNAL_ENCODING_OVERRIDES;
 
+  // The block converters every stage above runs; the C functions also run
+  // them, on the stack, straight over their callers' buffers.
+  UTF8toWhatever Decoder() const { return UTF8toWhatever(allowSurrogates_); }
+  UTF8fromWhatever Encoder() const { return UTF8fromWhatever(allowSurrogates_); }
+
   const InternalEncoding& Internal() const { return internal_; }
   bool AllowsSurrogates() const { return allowSurrogates_; }
 
