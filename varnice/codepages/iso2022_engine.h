@@ -8,6 +8,10 @@
 
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "varnice/codepages/iso2022_subencoding.h"
 #include "varnice/encoding/block_converter.h"
 
@@ -39,6 +43,24 @@ inline int ScoreISO2022JP(char const* start, char const* begin, char const* end)
     if (static_cast<unsigned char>(*p) >= 0x80) --score;
   }
   return score;
+}
+
+// The first escape byte in [p, end), or end. Japanese text changes set every
+// few words, so most searches are short, and a library call would cost more
+// than the search itself.
+inline char const* FindEscape(char const* p, char const* end) {
+#if defined(__SSE2__)
+  const __m128i escape = _mm_set1_epi8(0x1B);
+  for (; end - p >= 16; p += 16) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<__m128i const*>(p));
+    const int hits = _mm_movemask_epi8(_mm_cmpeq_epi8(bytes, escape));
+    if (hits != 0) return p + __builtin_ctz(static_cast<unsigned>(hits));
+  }
+#endif
+  for (; p != end; ++p) {
+    if (*p == 0x1B) return p;
+  }
+  return end;
 }
 
 // Reads an ISO-2022 byte stream. Sub is a pointer type to a converter with
@@ -151,8 +173,7 @@ class ISO2022Reader {
         }
         continue;
       }
-      char const* stop = static_cast<char const*>(std::memchr(p, 0x1B, static_cast<std::size_t>(end - p)));
-      if (stop == nullptr) stop = end;
+      char const* stop = FindEscape(p, end);
       int r = subs_[current_]->Convert(p, stop, out, outEnd);
       if (r != kInputUsedUp) return r;
     }

@@ -98,6 +98,15 @@ inline bool CompleteUnit(MBCSAction a) {
       if (!CompleteUnit(t)) return;
       *out++ = t.output;
       in += 2;
+      // A run of two-byte characters, as in DecodeMBCS.
+      while (stop - in >= 2) {
+        a = actions[*in];
+        if (a.output != MBCStoUnicodeTable::kNoOutput) break;
+        t = actions[a.nextState * 256u + in[1]];
+        if (!CompleteUnit(t)) break;
+        *out++ = t.output;
+        in += 2;
+      }
     }
   }
 }
@@ -167,6 +176,17 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
         if (!CompleteUnit(t)) break;
         *o++ = t.output;
         p += 2;
+        // Two-byte characters come in runs (kanji, kana): stay with them
+        // while they last, without the single-byte tests. Whatever ends the
+        // run is looked at again above.
+        while (stop - p >= 2) {
+          a = actions[*p];
+          if (a.output != MBCStoUnicodeTable::kNoOutput) break;
+          t = actions[a.nextState * 256u + p[1]];
+          if (!CompleteUnit(t)) break;
+          *o++ = t.output;
+          p += 2;
+        }
       }
       in = p;
       out = o;
