@@ -56,6 +56,20 @@ inline bool CompleteUnit(MBCSAction a) {
   return (static_cast<std::uint32_t>(a.nextState) << 16 | a.output) < MBCStoUnicodeTable::kInvalid;
 }
 
+// Converts one two-byte character at p if both bytes are there and make a
+// complete unit; false (nothing consumed) otherwise.
+inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsigned char const* stop,
+                       unsigned short*& out) {
+  if (stop - p < 2) return false;
+  const MBCSAction a = actions[*p];
+  if (a.output != MBCStoUnicodeTable::kNoOutput) return false;
+  const MBCSAction t = actions[a.nextState * 256u + p[1]];
+  if (!CompleteUnit(t)) return false;
+  *out++ = t.output;
+  p += 2;
+  return true;
+}
+
 // Converts whole characters of [in, stop) while the vector kernels pay: runs
 // of ASCII and single-byte characters go to the kernel, two-byte characters
 // between them are stepped here. Stops at anything else (an invalid byte, a
@@ -93,19 +107,8 @@ inline bool CompleteUnit(MBCSAction a) {
         ++in;
         continue;
       }
-      if (a.output != MBCStoUnicodeTable::kNoOutput || stop - in < 2) return;
-      MBCSAction t = actions[a.nextState * 256u + in[1]];
-      if (!CompleteUnit(t)) return;
-      *out++ = t.output;
-      in += 2;
-      // A run of two-byte characters, as in DecodeMBCS.
-      while (stop - in >= 2) {
-        a = actions[*in];
-        if (a.output != MBCStoUnicodeTable::kNoOutput) break;
-        t = actions[a.nextState * 256u + in[1]];
-        if (!CompleteUnit(t)) break;
-        *out++ = t.output;
-        in += 2;
+      if (!DecodePair(actions, in, stop, out)) return;
+      while (DecodePair(actions, in, stop, out)) {
       }
     }
   }
@@ -171,21 +174,11 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
           ++p;
           continue;
         }
-        if (a.output != MBCStoUnicodeTable::kNoOutput || stop - p < 2) break;
-        MBCSAction t = actions[a.nextState * 256u + p[1]];
-        if (!CompleteUnit(t)) break;
-        *o++ = t.output;
-        p += 2;
+        if (!DecodePair(actions, p, stop, o)) break;
         // Two-byte characters come in runs (kanji, kana): stay with them
         // while they last, without the single-byte tests. Whatever ends the
         // run is looked at again above.
-        while (stop - p >= 2) {
-          a = actions[*p];
-          if (a.output != MBCStoUnicodeTable::kNoOutput) break;
-          t = actions[a.nextState * 256u + p[1]];
-          if (!CompleteUnit(t)) break;
-          *o++ = t.output;
-          p += 2;
+        while (DecodePair(actions, p, stop, o)) {
         }
       }
       in = p;
