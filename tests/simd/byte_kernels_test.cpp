@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/simd/kernel_levels.h"
+#include "varnice/codepages/code_page_table_shapes.h"
 #include "varnice/codepages/mbcs_encoding.h"
 #include "varnice/encoding/external_encoding.h"
 
@@ -83,6 +84,47 @@ TEST(ByteKernels, EveryLevelMatchesThePlainLoops) {
         const std::size_t b = k->narrowBelow(units.data() + offset, n, got.data(), limit, hole);
         ASSERT_EQ(a, b) << "narrowBelow, trial " << trial;
         ASSERT_EQ(want, got) << "narrowBelow, trial " << trial;
+      }
+    }
+  }
+}
+
+// Units a flat table meets: ASCII, the page's own characters, and now and
+// then one it lacks or writes in three bytes (EUC-JP's JIS X 0212).
+std::vector<unsigned short> RandomPageUnits(std::mt19937& rng, const std::vector<unsigned short>& own, std::size_t n) {
+  std::vector<unsigned short> v(n);
+  for (auto& u : v) {
+    const unsigned r = rng() % 100;
+    u = static_cast<unsigned short>(r < 40 ? rng() % 0x80 : r < 99 ? own[rng() % own.size()] : rng());
+  }
+  return v;
+}
+
+TEST(ByteKernels, EveryLevelEncodesThroughAFlatTableAsThePlainLoop) {
+  const simd::ByteKernels& ref = simd::ReferenceKernels();
+  std::mt19937 rng(6);
+  for (auto* factory : {&ExternalEncoding::ShiftJIS, &ExternalEncoding::EUCPkdFmtJapanese, &ExternalEncoding::CP1252}) {
+    const auto& table = dynamic_cast<const varnice::internal::CodePagePlaneTable&>(
+        dynamic_cast<const MBCSEncoding&>(*factory()).FromUnicodeTable());
+    const std::uint16_t* flat = table.Flat();
+    std::vector<unsigned short> own;
+    for (unsigned u = 0x80; u < 0x10000; ++u) {
+      if (flat[u] != simd::kFlatGeneral) own.push_back(static_cast<unsigned short>(u));
+    }
+    for (const simd::ByteKernels* k : AvailableLevels()) {
+      SCOPED_TRACE(LevelName(*k));
+      for (int trial = 0; trial < 2000; ++trial) {
+        const std::size_t n = trial % 10 == 0 ? rng() % 3000 : rng() % 200;
+        const std::vector<unsigned short> units = RandomPageUnits(rng, own, n);
+        // Room from too little for one code to more than the whole text needs.
+        const std::size_t room = rng() % (2 * n + 8);
+        std::vector<unsigned char> want(room, 0xEE), got(room, 0xEE);
+        std::size_t wantBytes = 0, gotBytes = 0;
+        const std::size_t a = ref.encodeFlat(flat, units.data(), n, want.data(), room, wantBytes);
+        const std::size_t b = k->encodeFlat(flat, units.data(), n, got.data(), room, gotBytes);
+        ASSERT_EQ(a, b) << "trial " << trial;
+        ASSERT_EQ(wantBytes, gotBytes) << "trial " << trial;
+        ASSERT_EQ(want, got) << "trial " << trial;  // nothing written past the result
       }
     }
   }

@@ -5,8 +5,10 @@
 #ifndef VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_
 #define VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_
 
+#include <atomic>
 #include <cstdint>
 
+#include "varnice/simd/byte_kernels.h"
 #include "varnice/tables/delta_table.h"
 #include "varnice/tables/lookup_records.h"
 #include "varnice/tables/lookup_search.h"
@@ -47,11 +49,24 @@ class CodePagePlaneTable final : public PlaneTable<unsigned short, unsigned long
   unsigned IdentityEnd() const { return identityEnd_; }
   unsigned IdentityHole() const { return identityHole_; }
 
+  // Every unit's code of one or two bytes in one array, for the encoders'
+  // kernels (simd::kFlatGeneral for the others). Filled on first use: 128 KB
+  // that a page never written to does not touch.
+  std::uint16_t const* Flat() const {
+    if (!flatFilled_.load(std::memory_order_acquire)) FillFlat();
+    return flat_;
+  }
+
  private:
+  void FillFlat() const;
+
   std::uint32_t const* const* planes_;
   std::uint32_t missing_;
   unsigned identityEnd_ = 0;
   unsigned identityHole_ = 0xFFFF;
+  // The tables are static objects, so this lies in zeroed memory until filled.
+  mutable std::atomic<bool> flatFilled_{false};
+  mutable std::uint16_t flat_[simd::kFlatEntries];
 };
 
 class CodePageDeltaTable final : public DeltaTable<unsigned short, unsigned long> {

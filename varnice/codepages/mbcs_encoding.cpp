@@ -86,7 +86,7 @@ int MBCSfromUnicode::Convert(const unsigned short*& in, const unsigned short* in
   const FromUnicodeFinder finder(table_);
   return finder.With([&](const auto& find) {
     return EncodeMBCS(find, pass, in, inEnd, out, outEnd, unbounded,
-                      [&](long n) { return ReachedCapacity(n, 0, capacity); }, finder.Identity());
+                      [&](long n) { return ReachedCapacity(n, 0, capacity); }, finder.Identity(), finder.Flat());
   });
 }
 

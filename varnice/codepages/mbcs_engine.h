@@ -241,7 +241,7 @@ struct IdentityUnits {
 template <class Find, class Reached>
 int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*& in,
                unsigned short const* inEnd, char*& out, char const* outEnd, bool unlimited,
-               Reached&& reached, IdentityUnits identity = {}) {
+               Reached&& reached, IdentityUnits identity = {}, std::uint16_t const* flat = nullptr) {
   for (;;) {
     if (unlimited && !pass) {
       // Nothing to ask before writing: encode in a tight loop until a unit
@@ -252,7 +252,16 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
       unsigned short const* p = in;
       char* o = out;
       while (p != inEnd && outEnd - o >= 4) {
-        if (*p < identity.end && *p != identity.hole) {
+        if (flat != nullptr) {
+          // Codes of one and two bytes through the kernel; what stops it (a
+          // unit without a code, or with a longer one) is taken up below.
+          std::size_t written;
+          p += simd::Kernels().encodeFlat(flat, p, static_cast<std::size_t>(inEnd - p),
+                                          reinterpret_cast<unsigned char*>(o), static_cast<std::size_t>(outEnd - o),
+                                          written);
+          o += written;
+          if (p == inEnd || outEnd - o < 4) break;
+        } else if (*p < identity.end && *p != identity.hole) {
           // Units the page writes as themselves: no lookup, and long runs in
           // the vector kernel (up to the largest power of two within).
           unsigned short const* const stop = p + std::min<std::ptrdiff_t>(inEnd - p, outEnd - o - 3);
@@ -425,6 +434,9 @@ class FromUnicodeFinder {
     if (first.first != 0 || first.value != 0) return {};
     return {first.last >= 0xFF ? 0x100 : first.last + 1u};
   }
+
+  // The plane table's flat array of codes, or null.
+  std::uint16_t const* Flat() const { return plane_ != nullptr ? plane_->Flat() : nullptr; }
 
  private:
   LookupUnsignedLongTable<unsigned short> const& table_;

@@ -1,5 +1,6 @@
 #include "varnice/simd/byte_kernels.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "varnice/simd/byte_kernels_levels.h"
@@ -89,13 +90,63 @@ void WidenAllPlain(unsigned char const* in, std::size_t n, unsigned short* out) 
   for (std::size_t i = 0; i < n; ++i) out[i] = in[i];
 }
 
+std::size_t EncodeFlatPlain(std::uint16_t const* flat, unsigned short const* in, std::size_t n, unsigned char* out,
+                            std::size_t room, std::size_t& written) {
+  std::size_t i = 0, w = 0;
+  for (; i < n && room - w >= 4; ++i) {
+    const std::uint16_t code = flat[in[i]];
+    if (code == kFlatGeneral) break;
+    if (code > 0xFF) out[w++] = static_cast<unsigned char>(code >> 8);
+    out[w++] = static_cast<unsigned char>(code);
+  }
+  written = w;
+  return i;
+}
+
 ByteKernels const kReferenceKernels = {Level::kPortable, DecodeRowPlain, NarrowBelowPlain, WidenASCIIPlain,
-                                       WidenAllPlain};
+                                       WidenAllPlain,    EncodeFlatPlain};
+
+}  // namespace
+
+// Without a branch on the code's length: the first byte is the high one or
+// the only one, the second store lands on the same byte again for a code of
+// one byte. Units are taken in runs that the room surely holds (two bytes
+// each), so the room is not asked per unit.
+std::size_t EncodeFlatScalar(std::uint16_t const* flat, unsigned short const* in, std::size_t n, unsigned char* out,
+                             std::size_t room, std::size_t& written) {
+  std::size_t i = 0, w = 0;
+  while (i < n && room - w >= 4) {
+    const std::size_t sure = std::min(n - i, (room - w - 4) / 2 + 1);
+    for (std::size_t const end = i + sure; i < end; ++i) {
+      const unsigned code = flat[in[i]];
+      if (code == kFlatGeneral) {
+        written = w;
+        return i;
+      }
+      const unsigned two = code > 0xFF;
+      out[w] = static_cast<unsigned char>(two ? code >> 8 : code);
+      out[w + two] = static_cast<unsigned char>(code);
+      w += 1 + two;
+    }
+  }
+  written = w;
+  return i;
+}
+
+namespace {
+
+#ifdef VARNICE_SIMD_X86
+bool HasAVX512() {
+  __builtin_cpu_init();
+  return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+         __builtin_cpu_supports("avx512vbmi2");
+}
+#endif
 
 ByteKernels const& Choose() {
 #ifdef VARNICE_SIMD_X86
   __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl")) return kAVX512Kernels;
+  if (HasAVX512()) return kAVX512Kernels;
   if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi")) return kAVX2Kernels;
 #endif
   return kPortableKernels;
@@ -105,7 +156,7 @@ ByteKernels const& Choose() {
 
 // The compiler widens this loop with the baseline vector unit.
 ByteKernels const kPortableKernels = {Level::kPortable, DecodeRowWords, NarrowBelowWords, WidenASCIIWords,
-                                      WidenAllPlain};
+                                      WidenAllPlain,    EncodeFlatScalar};
 
 ByteKernels const& ReferenceKernels() { return kReferenceKernels; }
 
@@ -127,8 +178,7 @@ ByteKernels const* KernelsAt(Level level) {
       __builtin_cpu_init();
       return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") ? &kAVX2Kernels : nullptr;
     case Level::kAVX512:
-      __builtin_cpu_init();
-      return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") ? &kAVX512Kernels : nullptr;
+      return HasAVX512() ? &kAVX512Kernels : nullptr;
 #endif
     default:
       return nullptr;

@@ -1,5 +1,6 @@
-// Vector kernels for the conversion loops' common case: runs of ASCII, and
-// single-byte characters looked up in a code page's first table row.
+// Vector kernels for the conversion loops' common case: runs of ASCII,
+// single-byte characters looked up in a code page's first table row, and
+// code units written through a flat from-Unicode table.
 //
 // Each kernel exists as a plain loop (the reference, built everywhere) and,
 // on x86-64, as AVX2 and AVX-512 versions compiled with target attributes.
@@ -33,7 +34,22 @@ struct ByteKernels {
   std::size_t (*widenASCII)(unsigned char const* in, std::size_t n, unsigned short* out);
   // Copies the bytes [in, in + n) as code units.
   void (*widenAll)(unsigned char const* in, std::size_t n, unsigned short* out);
+  // Writes the leading code units of [in, in + n) through flat (a code for
+  // every unit, kFlatGeneral where the general step must decide) as one- or
+  // two-byte codes, big-endian, while at least 4 bytes of the room are left
+  // before each unit, as the code-page loops require. Returns how many units;
+  // written gets how many bytes. Bytes past those may be overwritten within
+  // the room.
+  std::size_t (*encodeFlat)(std::uint16_t const* flat, unsigned short const* in, std::size_t n,
+                            unsigned char* out, std::size_t room, std::size_t& written);
 };
+
+// A flat table's entry for a unit that has no code, or one of more than two
+// bytes (no page of ours writes the two bytes FF FF).
+constexpr std::uint16_t kFlatGeneral = 0xFFFF;
+// Entries in a flat table: one past the last unit, so that a vector gather of
+// four bytes at the last entry stays inside it.
+constexpr std::size_t kFlatEntries = 0x10001;
 
 // The kernels for this CPU, chosen on first use.
 ByteKernels const& Kernels();

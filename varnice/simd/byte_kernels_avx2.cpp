@@ -101,7 +101,10 @@ VARNICE_AVX2 void WidenAllAVX2(unsigned char const* in, std::size_t n, unsigned 
 
 }  // namespace
 
-ByteKernels const kAVX2Kernels = {Level::kAVX2, DecodeRowAVX2, NarrowBelowAVX2, WidenASCIIAVX2, WidenAllAVX2};
+// Encoding through a flat table keeps the portable loop: without byte-masked
+// stores, a vector version would write past its result.
+ByteKernels const kAVX2Kernels = {Level::kAVX2, DecodeRowAVX2, NarrowBelowAVX2, WidenASCIIAVX2, WidenAllAVX2,
+                                  EncodeFlatScalar};
 
 }  // namespace varnice::internal::simd
 

@@ -7,6 +7,9 @@
 namespace varnice::internal::simd {
 
 extern ByteKernels const kPortableKernels;
+// The portable encodeFlat, which the wider levels also use for short runs.
+std::size_t EncodeFlatScalar(std::uint16_t const* flat, unsigned short const* in, std::size_t n, unsigned char* out,
+                             std::size_t room, std::size_t& written);
 #if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
 #define VARNICE_SIMD_X86 1
 extern ByteKernels const kAVX2Kernels;
