@@ -130,6 +130,37 @@ TEST(ByteKernels, EveryLevelEncodesThroughAFlatTableAsThePlainLoop) {
   }
 }
 
+TEST(ByteKernels, EveryLevelDecodesPairsAsThePlainLoop) {
+  const simd::ByteKernels& ref = simd::ReferenceKernels();
+  std::mt19937 rng(9);
+  const auto& table = dynamic_cast<const varnice::internal::CodePageToUnicodeTable&>(
+      dynamic_cast<const MBCSEncoding&>(*ExternalEncoding::ISO87JISX0208()).ToUnicodeTable());
+  const std::uint16_t* pairs = table.Pairs();
+  std::vector<unsigned short> codes;  // the page's two-byte codes
+  for (unsigned c = 0; c < 0x10000; ++c) {
+    if (pairs[c] != simd::kFlatGeneral) codes.push_back(static_cast<unsigned short>(c));
+  }
+  ASSERT_GT(codes.size(), 6000u);
+  for (const simd::ByteKernels* k : AvailableLevels()) {
+    SCOPED_TRACE(LevelName(*k));
+    for (int trial = 0; trial < 2000; ++trial) {
+      // Runs of the page's codes, now and then a pair that is not one.
+      std::vector<unsigned char> bytes;
+      for (std::size_t n = trial % 10 == 0 ? rng() % 3000 : rng() % 120; bytes.size() < n;) {
+        const unsigned c = rng() % 150 == 0 ? rng() : codes[rng() % codes.size()];
+        bytes.push_back(static_cast<unsigned char>(c >> 8));
+        bytes.push_back(static_cast<unsigned char>(c));
+      }
+      const std::size_t n = bytes.empty() ? 0 : bytes.size() - rng() % 2;  // now and then a lone last byte
+      std::vector<unsigned short> want(n / 2 + 1, kUntouched), got(n / 2 + 1, kUntouched);
+      ASSERT_EQ(ref.decodePairs(pairs, bytes.data(), n, want.data()),
+                k->decodePairs(pairs, bytes.data(), n, got.data()))
+          << "trial " << trial;
+      ASSERT_EQ(want, got) << "trial " << trial;  // nothing written past the result
+    }
+  }
+}
+
 TEST(ByteKernels, RowIdentityOfThePages) {
   EXPECT_EQ(simd::RowKeeps(FirstRow(&ExternalEncoding::ISOLatin1)), simd::RowIdentity::kAll);
   EXPECT_EQ(simd::RowKeeps(FirstRow(&ExternalEncoding::CP1252)), simd::RowIdentity::kASCII);

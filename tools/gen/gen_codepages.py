@@ -260,7 +260,7 @@ def render_page(name, source, shape, missing, maps):
         "%s\n"
         "}  // namespace\n\n"
         "MBCStoUnicodeTable const& %sToUnicodeTable() {\n"
-        "  static const MBCStoUnicodeTable table(256, %d, kActions);\n"
+        "  static const %s table(256, %d, kActions);\n"
         "  return table;\n"
         "}\n\n"
         "LookupUnsignedLongTable<unsigned short> const& %sFromUnicodeTable() {\n"
@@ -272,7 +272,11 @@ def render_page(name, source, shape, missing, maps):
         "#undef L\n"
         "#undef M\n\n"
         "}  // namespace varnice::internal\n"
-    ) % (missing, len(rows), render_actions(rows), data, name, len(rows), name, make))
+    ) % (missing, len(rows), render_actions(rows), data, name,
+         # A page of two-byte codes only (JIS X 0208 between ISO-2022 escapes)
+         # keeps a flat array of them: its text is all pairs.
+         "CodePageToUnicodeTable" if all(a[0] == LEAD or a[0] == INVALID for a in rows[0])
+         else "MBCStoUnicodeTable", len(rows), name, make))
 
 
 def render_header(names):

@@ -1,13 +1,14 @@
-// The from-Unicode tables of the stored code pages. They are the ordinary
-// plane and delta tables, and also keep their raw data within reach so that
-// MBCSfromUnicode can search it inline instead of making a virtual call per
-// code unit.
+// The tables of the stored code pages. They are the ordinary state machines
+// and plane and delta tables, and also keep their raw data within reach (or
+// derive flat arrays from it) so that the converters can search it inline
+// instead of making a virtual call per character.
 #ifndef VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_
 #define VARNICE_CODEPAGES_CODE_PAGE_TABLE_SHAPES_H_
 
 #include <atomic>
 #include <cstdint>
 
+#include "varnice/codepages/mbcs_to_unicode_table.h"
 #include "varnice/simd/byte_kernels.h"
 #include "varnice/tables/delta_table.h"
 #include "varnice/tables/lookup_records.h"
@@ -67,6 +68,32 @@ class CodePagePlaneTable final : public PlaneTable<unsigned short, unsigned long
   // The tables are static objects, so this lies in zeroed memory until filled.
   mutable std::atomic<bool> flatFilled_{false};
   mutable std::uint16_t flat_[simd::kFlatEntries];
+};
+
+// The to-Unicode machine of a stored page whose characters are all two
+// bytes long: JIS X 0208, which ISO-2022-JP reads in long stretches of pairs.
+// (Where pairs are mixed with single bytes, as in Shift_JIS, the machine's
+// two steps cost less than the branch between the two kinds.)
+class CodePageToUnicodeTable final : public MBCStoUnicodeTable {
+ public:
+  CodePageToUnicodeTable(unsigned int inputs, unsigned short states,
+                         FiniteStateMachineAction<unsigned short> const* actions)
+      : MBCStoUnicodeTable(inputs, states, actions) {}
+
+  // The code unit of every two-byte character, indexed by its code (lead
+  // byte high), in one array for the decoders' kernels: simd::kFlatGeneral
+  // for a pair that is not one whole character. Filled on first use; the
+  // machine is const, so it cannot change afterwards.
+  std::uint16_t const* Pairs() const {
+    if (!pairsFilled_.load(std::memory_order_acquire)) FillPairs();
+    return pairs_;
+  }
+
+ private:
+  void FillPairs() const;
+
+  mutable std::atomic<bool> pairsFilled_{false};
+  mutable std::uint16_t pairs_[simd::kFlatEntries];
 };
 
 class CodePageDeltaTable final : public DeltaTable<unsigned short, unsigned long> {

@@ -57,10 +57,19 @@ inline bool CompleteUnit(MBCSAction a) {
 }
 
 // Converts one two-byte character at p if both bytes are there and make a
-// complete unit; false (nothing consumed) otherwise.
-inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsigned char const* stop,
-                       unsigned short*& out) {
+// complete unit; false (nothing consumed) otherwise. pairs, when the page has
+// them (CodePageToUnicodeTable), answers in one load what the machine answers
+// in two.
+inline bool DecodePair(MBCSAction const* actions, std::uint16_t const* pairs, unsigned char const*& p,
+                       unsigned char const* stop, unsigned short*& out) {
   if (stop - p < 2) return false;
+  if (pairs != nullptr) {
+    const std::uint16_t unit = pairs[p[0] << 8 | p[1]];
+    if (unit == simd::kFlatGeneral) return false;
+    *out++ = unit;
+    p += 2;
+    return true;
+  }
   const MBCSAction a = actions[*p];
   if (a.output != MBCStoUnicodeTable::kNoOutput) return false;
   const MBCSAction t = actions[a.nextState * 256u + p[1]];
@@ -70,6 +79,26 @@ inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsig
   return true;
 }
 
+// Two-byte characters come in runs (kanji, kana; all of JIS X 0208 between
+// ISO-2022 escapes): converts them while they last, long runs through the
+// kernel.
+inline void DecodePairRun(MBCSAction const* actions, std::uint16_t const* pairs, unsigned char const*& in,
+                          unsigned char const* stop, unsigned short*& out) {
+  // Local copies: through the references every unit written would make the
+  // compiler store and reload both positions.
+  unsigned char const* p = in;
+  unsigned short* o = out;
+  if (pairs != nullptr && stop - p >= 32) {
+    const std::size_t n = simd::Kernels().decodePairs(pairs, p, static_cast<std::size_t>(stop - p), o);
+    p += n;
+    o += n / 2;
+  }
+  while (DecodePair(actions, pairs, p, stop, o)) {
+  }
+  in = p;
+  out = o;
+}
+
 // Converts whole characters of [in, stop) while the vector kernels pay: runs
 // of ASCII and single-byte characters go to the kernel, two-byte characters
 // between them are stepped here. Stops at anything else (an invalid byte, a
@@ -77,8 +106,9 @@ inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsig
 // for a table whose first row writes ASCII as itself, and with room for a
 // unit per byte up to stop. Kept out of line so that DecodeMBCS stays small
 // enough to inline into converters that call it for short stretches.
-[[gnu::noinline]] inline void DecodeStretch(MBCSAction const* actions, simd::RowIdentity identity, unsigned char const*& in,
-                          unsigned char const* stop, unsigned short*& out) {
+[[gnu::noinline]] inline void DecodeStretch(MBCSAction const* actions, std::uint16_t const* pairs,
+                                            simd::RowIdentity identity, unsigned char const*& in,
+                                            unsigned char const* stop, unsigned short*& out) {
   simd::ByteKernels const& kernels = simd::Kernels();
   if (identity == simd::RowIdentity::kAll) {
     // Every byte is its own character: widen the stretch whole.
@@ -107,9 +137,8 @@ inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsig
         ++in;
         continue;
       }
-      if (!DecodePair(actions, in, stop, out)) return;
-      while (DecodePair(actions, in, stop, out)) {
-      }
+      if (!DecodePair(actions, pairs, in, stop, out)) return;
+      DecodePairRun(actions, pairs, in, stop, out);
     }
   }
 }
@@ -118,7 +147,7 @@ inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsig
 // Returns kInputUsedUp, kOutputFull when there is no room for a code unit
 // (checked before every byte), or kNoCharacterDefined after consuming an
 // invalid byte. state carries a partial character between calls.
-inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThrough const& pass,
+inline int DecodeMBCS(MBCSAction const* actions, std::uint16_t const* pairs, unsigned short& state, PassThrough const& pass,
                       unsigned char const*& in, unsigned char const* inEnd, unsigned short*& out,
                       unsigned short const* outEnd) {
   // Which bytes the first row writes as themselves: asked once per call, when
@@ -136,7 +165,7 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
       unsigned char const* stop = in + (inEnd - in < outEnd - out ? inEnd - in : outEnd - out);
       if (stop - in >= 64) {
         if (!asked) identity = simd::RowKeeps(actions), asked = true;
-        if (identity != simd::RowIdentity::kNone) DecodeStretch(actions, identity, in, stop, out);
+        if (identity != simd::RowIdentity::kNone) DecodeStretch(actions, pairs, identity, in, stop, out);
       }
       // After a group fails (multi-byte text) the next few characters go one
       // by one, so text that is not single-byte pays little for the attempt.
@@ -174,12 +203,10 @@ inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThro
           ++p;
           continue;
         }
-        if (!DecodePair(actions, p, stop, o)) break;
-        // Two-byte characters come in runs (kanji, kana): stay with them
-        // while they last, without the single-byte tests. Whatever ends the
-        // run is looked at again above.
-        while (DecodePair(actions, p, stop, o)) {
-        }
+        if (!DecodePair(actions, pairs, p, stop, o)) break;
+        // Stay with a run of two-byte characters without the single-byte
+        // tests. Whatever ends the run is looked at again above.
+        DecodePairRun(actions, pairs, p, stop, o);
       }
       in = p;
       out = o;
@@ -364,8 +391,8 @@ int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short
 // hierarchy) would cost more than the run. Shape is final, so a table of
 // that exact type is the whole object, and its base lies at one offset from
 // it: the first cast finds the offset, later ones only compare types.
-template <class Shape>
-Shape const* AsShape(LookupUnsignedLongTable<unsigned short> const& table) {
+template <class Shape, class Base>
+Shape const* AsShape(Base const& table) {
   static_assert(std::is_final_v<Shape>);
   if (typeid(table) != typeid(Shape)) return nullptr;
   static std::atomic<std::ptrdiff_t> offset{PTRDIFF_MIN};
@@ -375,6 +402,12 @@ Shape const* AsShape(LookupUnsignedLongTable<unsigned short> const& table) {
     offset.store(o, std::memory_order_relaxed);
   }
   return reinterpret_cast<Shape const*>(reinterpret_cast<char const*>(&table) - o);
+}
+
+// The page's pair array, or null (single-byte pages, tables built at run time).
+inline std::uint16_t const* PairsOf(MBCStoUnicodeTable const& table) {
+  CodePageToUnicodeTable const* page = AsShape<CodePageToUnicodeTable>(table);
+  return page != nullptr ? page->Pairs() : nullptr;
 }
 
 // The from-Unicode table, with its stored shape recognised once so that the

@@ -103,8 +103,23 @@ std::size_t EncodeFlatPlain(std::uint16_t const* flat, unsigned short const* in,
   return i;
 }
 
-ByteKernels const kReferenceKernels = {Level::kPortable, DecodeRowPlain, NarrowBelowPlain, WidenASCIIPlain,
-                                       WidenAllPlain,    EncodeFlatPlain};
+}  // namespace
+
+std::size_t DecodePairsPlain(std::uint16_t const* pairs, unsigned char const* in, std::size_t n,
+                             unsigned short* out) {
+  std::size_t i = 0;
+  for (; n - i >= 2; i += 2) {
+    const std::uint16_t unit = pairs[in[i] << 8 | in[i + 1]];
+    if (unit == kFlatGeneral) break;
+    out[i / 2] = unit;
+  }
+  return i;
+}
+
+namespace {
+
+ByteKernels const kReferenceKernels = {Level::kPortable, DecodeRowPlain,  NarrowBelowPlain, WidenASCIIPlain,
+                                       WidenAllPlain,    EncodeFlatPlain, DecodePairsPlain};
 
 }  // namespace
 
@@ -155,8 +170,8 @@ ByteKernels const& Choose() {
 }  // namespace
 
 // The compiler widens this loop with the baseline vector unit.
-ByteKernels const kPortableKernels = {Level::kPortable, DecodeRowWords, NarrowBelowWords, WidenASCIIWords,
-                                      WidenAllPlain,    EncodeFlatScalar};
+ByteKernels const kPortableKernels = {Level::kPortable, DecodeRowWords,   NarrowBelowWords, WidenASCIIWords,
+                                      WidenAllPlain,    EncodeFlatScalar, DecodePairsPlain};
 
 ByteKernels const& ReferenceKernels() { return kReferenceKernels; }
 

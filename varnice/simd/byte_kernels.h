@@ -42,10 +42,18 @@ struct ByteKernels {
   // the room.
   std::size_t (*encodeFlat)(std::uint16_t const* flat, unsigned short const* in, std::size_t n,
                             unsigned char* out, std::size_t room, std::size_t& written);
+  // Converts the leading byte pairs of [in, in + n) through pairs (a code
+  // unit for every two-byte code, lead byte high; kFlatGeneral for a pair
+  // that is not one whole character) and returns how many bytes: an even
+  // count, stopping at the first general pair or a lone last byte. Writes
+  // out[0, count / 2).
+  std::size_t (*decodePairs)(std::uint16_t const* pairs, unsigned char const* in, std::size_t n,
+                             unsigned short* out);
 };
 
 // A flat table's entry for a unit that has no code, or one of more than two
-// bytes (no page of ours writes the two bytes FF FF).
+// bytes (no page of ours writes the two bytes FF FF); in a pair table, for a
+// pair that is not a character (no page reads one as U+FFFF).
 constexpr std::uint16_t kFlatGeneral = 0xFFFF;
 // Entries in a flat table: one past the last unit, so that a vector gather of
 // four bytes at the last entry stays inside it.

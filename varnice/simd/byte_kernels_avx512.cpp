@@ -253,10 +253,38 @@ VARNICE_AVX512 std::size_t EncodeFlatAVX512(std::uint16_t const* flat, unsigned 
   return i;
 }
 
+// 32 pairs a block: their codes (lead byte high) gathered from the table; a
+// short last block is loaded and stored under masks.
+VARNICE_AVX512 std::size_t DecodePairsAVX512(std::uint16_t const* pairs, unsigned char const* in, std::size_t n,
+                                             unsigned short* out) {
+  const __m512i swap = _mm512_set_epi64(0x0E0F0C0D0A0B0809, 0x0607040502030001, 0x0E0F0C0D0A0B0809,
+                                        0x0607040502030001, 0x0E0F0C0D0A0B0809, 0x0607040502030001,
+                                        0x0E0F0C0D0A0B0809, 0x0607040502030001);
+  const __m512i evens = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32, 30, 28, 26,
+                                         24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
+  const __m512i general = _mm512_set1_epi16(static_cast<short>(kFlatGeneral));
+  std::size_t i = 0;
+  while (n - i >= 2) {
+    const std::size_t whole = (n - i) / 2;  // pairs left
+    const unsigned block = whole >= 32 ? 32 : static_cast<unsigned>(whole);
+    const __mmask32 valid = block == 32 ? ~0U : (1U << block) - 1;
+    const __m512i codes = _mm512_shuffle_epi8(_mm512_maskz_loadu_epi16(valid, in + i), swap);
+    const __m512i low = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_castsi512_si256(codes)), pairs, 2);
+    const __m512i high = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(codes, 1)), pairs, 2);
+    const __m512i units = _mm512_permutex2var_epi16(low, evens, high);
+    const __mmask32 bad = _mm512_mask_cmpeq_epi16_mask(valid, units, general);
+    const unsigned count = bad == 0 ? block : static_cast<unsigned>(__builtin_ctz(bad));
+    _mm512_mask_storeu_epi16(out + i / 2, count == 32 ? ~0U : (1U << count) - 1, units);
+    i += 2 * count;
+    if (count < 32) break;
+  }
+  return i;
+}
+
 }  // namespace
 
-ByteKernels const kAVX512Kernels = {Level::kAVX512, DecodeRowAVX512, NarrowBelowAVX512, WidenASCIIAVX512,
-                                    WidenAllAVX512, EncodeFlatAVX512};
+ByteKernels const kAVX512Kernels = {Level::kAVX512, DecodeRowAVX512,  NarrowBelowAVX512, WidenASCIIAVX512,
+                                    WidenAllAVX512, EncodeFlatAVX512, DecodePairsAVX512};
 
 }  // namespace varnice::internal::simd
 

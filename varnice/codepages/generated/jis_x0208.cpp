@@ -3053,7 +3053,7 @@ const std::uint32_t* const kPlanes[256] = {
 }  // namespace
 
 MBCStoUnicodeTable const& ISO87JISX0208ToUnicodeTable() {
-  static const MBCStoUnicodeTable table(256, 78, kActions);
+  static const CodePageToUnicodeTable table(256, 78, kActions);
   return table;
 }
 
