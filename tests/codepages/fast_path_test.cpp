@@ -52,6 +52,7 @@ Trace Decode(BlockConverter_8_to_16& c, const std::string& bytes, std::mt19937* 
       unsigned short* out = buf.data();
       const long room = rng ? 1 + (*rng)() % 400 : 8;
       const int r = c.Convert(in, blockEnd, out, out + room);
+      if (out - buf.data() > room) ADD_FAILURE() << "wrote past the room";
       t.units.append(buf.data(), out);
       if (r == kInputUsedUp) break;
       if (r == kOutputFull) continue;
@@ -78,6 +79,7 @@ Trace Encode(BlockConverter_16_to_8& c, const std::u16string& units, std::mt1993
       char* out = buf.data();
       const long room = rng ? 4 + (*rng)() % 400 : 8;
       const int r = c.Convert(in, blockEnd, out, out + room, -1);
+      if (out - buf.data() > room) ADD_FAILURE() << "wrote past the room";
       t.bytes.append(buf.data(), out);
       if (r == kInputUsedUp) break;
       if (r == kOutputFull) continue;

@@ -68,6 +68,10 @@ int MBCStoUnicode::Finish(unsigned short*&, const unsigned short*) {
 
 void MBCStoUnicode::Reset() { state_ = 0; }
 
+bool MBCStoUnicode::HonoursForcedMapping() const {
+  return honourForcedMapping_ && Behavior().HasForcedDirectMapping();
+}
+
 MBCSfromUnicode::MBCSfromUnicode(const LookupUnsignedLongTable<unsigned short>& table, bool honourForcedMapping)
     : table_(table), honourForcedMapping_(honourForcedMapping) {}
 

@@ -73,6 +73,13 @@ class VARNICE_API MBCStoUnicode : public BlockConverter_8_to_16 {
   int Finish(unsigned short*& out, const unsigned short* outEnd) override;
   void Reset() override;
 
+  // For a reader that converts whole characters itself between calls (the
+  // ISO-2022 reader, for its short stretches): it may while the converter
+  // is between characters and has no forced mapping to honour.
+  const MBCStoUnicodeTable& Table() const { return table_; }
+  bool BetweenCharacters() const { return state_ == 0; }
+  bool HonoursForcedMapping() const;
+
  private:
   const MBCStoUnicodeTable& table_;
   bool honourForcedMapping_;
