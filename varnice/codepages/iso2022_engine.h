@@ -12,13 +12,12 @@
 #include <emmintrin.h>
 #endif
 
+#include <cstdint>
 #include <type_traits>
-#include <typeinfo>
 
 #include "varnice/codepages/iso2022_subencoding.h"
-#include "varnice/codepages/mbcs_encoding.h"
-#include "varnice/codepages/mbcs_engine.h"
 #include "varnice/encoding/block_converter.h"
+#include "varnice/tables/finite_state_machine_action.h"
 
 namespace varnice::internal {
 
@@ -72,31 +71,19 @@ inline char const* FindEscape(char const* p, char const* end) {
 // forced mapping to honour): the reader converts its whole characters itself,
 // without a converter call for every stretch between escapes.
 struct TableReading {
-  MBCSAction const* actions = nullptr;  // null: the converter reads
-  std::uint16_t const* pairs = nullptr;  // the table's pairs, when all its characters are
+  FiniteStateMachineAction<unsigned short> const* actions = nullptr;  // null: the converter reads
+  std::uint16_t const* pairs = nullptr;  // the table's pairs, when all its characters are pairs
 };
 
-// Converts the whole characters at the start of [p, stop) while out has
-// room, as the table's converter would from between characters; leaves the
-// rest (an invalid or partial character, or all when out is full) to it.
-inline void ReadWholeCharacters(TableReading const& t, char const*& in, char const* stop, unsigned short*& out,
-                                unsigned short const* outEnd) {
-  auto const* p = reinterpret_cast<unsigned char const*>(in);
-  auto const* const end = reinterpret_cast<unsigned char const*>(stop);
-  unsigned short* o = out;
-  if (t.pairs != nullptr) {
-    unsigned char const* const last = end - p <= 2 * (outEnd - o) ? end : p + 2 * (outEnd - o);
-    DecodePairRun(t.actions, t.pairs, p, last, o);
-  } else {
-    for (; p != end && o != outEnd; ++p) {
-      const MBCSAction a = t.actions[*p];
-      if (!CompleteUnit(a)) break;
-      *o++ = a.output;
-    }
-  }
-  in = reinterpret_cast<char const*>(p);
-  out = o;
-}
+// tables[i] for subs[i], i < count.
+void FindTableReadings(BlockConverter_8_to_16* const* subs, int count, TableReading* tables);
+
+// Converts the whole characters at the start of [in, stop) while out has
+// room, as sub would from between characters, and reports whether that was
+// all of them; leaves the rest (an invalid or partial character, or all when
+// out is full or sub is within a character) to sub.
+bool ReadWholeCharacters(TableReading const& t, BlockConverter_8_to_16 const* sub, char const*& in, char const* stop,
+                         unsigned short*& out, unsigned short const* outEnd);
 
 // Reads an ISO-2022 byte stream. Sub is a pointer type to a converter with
 // Convert(char const*&, char const*, unsigned short*&, unsigned short const*)
@@ -190,12 +177,7 @@ class ISO2022Reader {
     constexpr int kMostTables = 8;
     TableReading tables[kMostTables];
     if constexpr (std::is_same_v<Sub, BlockConverter_8_to_16*>) {
-      for (int i = 0; i < count_ && i < kMostTables; ++i) {
-        if (typeid(*subs_[i]) != typeid(MBCStoUnicode)) continue;
-        auto const* m = static_cast<MBCStoUnicode const*>(subs_[i]);
-        if (m->HonoursForcedMapping()) continue;
-        tables[i] = {m->Table().Actions(), PairsOf(m->Table())};
-      }
+      FindTableReadings(subs_, count_ < kMostTables ? count_ : kMostTables, tables);
     }
     while (p != end) {
       if (out == outEnd) return kOutputFull;
@@ -221,9 +203,8 @@ class ISO2022Reader {
       char const* stop = FindEscape(p, end);
       if constexpr (std::is_same_v<Sub, BlockConverter_8_to_16*>) {
         if (current_ < kMostTables && tables[current_].actions != nullptr &&
-            static_cast<MBCStoUnicode const*>(subs_[current_])->BetweenCharacters()) {
-          ReadWholeCharacters(tables[current_], p, stop, out, outEnd);
-          if (p == stop) continue;
+            ReadWholeCharacters(tables[current_], subs_[current_], p, stop, out, outEnd)) {
+          continue;
         }
       }
       int r = subs_[current_]->Convert(p, stop, out, outEnd);
