@@ -297,14 +297,11 @@ long Encode(const DirectRoute& route, Converter& converter, UnicodeLibBehavior& 
 class CodePageDecoder {
  public:
   CodePageDecoder(const MBCSEncoding& page, UnicodeLibBehavior& behavior)
-      : actions_(page.ToUnicodeTable().Actions()),
-        pairs_(PairsOf(page.ToUnicodeTable())),
-        pass_(page.IsBasedOnASCII(), behavior),
-        behavior_(behavior) {}
+      : actions_(page.ToUnicodeTable().Actions()), pass_(page.IsBasedOnASCII(), behavior), behavior_(behavior) {}
 
   int Convert(const char*& in, const char* inEnd, unsigned short*& out, const unsigned short* outEnd) {
     auto* p = reinterpret_cast<const unsigned char*>(in);
-    const int result = DecodeMBCS(actions_, pairs_, state_, pass_, p, reinterpret_cast<const unsigned char*>(inEnd), out, outEnd);
+    const int result = DecodeMBCS(actions_, state_, pass_, p, reinterpret_cast<const unsigned char*>(inEnd), out, outEnd);
     in = reinterpret_cast<const char*>(p);
     return result;
   }
@@ -317,7 +314,6 @@ class CodePageDecoder {
 
  private:
   const MBCSAction* actions_;
-  const std::uint16_t* pairs_;
   const PassThrough pass_;
   UnicodeLibBehavior& behavior_;
   unsigned short state_ = 0;

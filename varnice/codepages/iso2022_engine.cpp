@@ -25,7 +25,7 @@ bool ReadWholeCharacters(TableReading const& t, BlockConverter_8_to_16 const* su
   unsigned short* o = out;
   if (t.pairs != nullptr) {
     unsigned char const* const last = end - p <= 2 * (outEnd - o) ? end : p + 2 * (outEnd - o);
-    DecodePairRun(t.actions, t.pairs, p, last, o);
+    DecodeFlatPairRun(t.pairs, p, last, o);
   } else {
     for (; p != end && o != outEnd; ++p) {
       const MBCSAction a = t.actions[*p];

@@ -55,7 +55,7 @@ MBCStoUnicode::~MBCStoUnicode() = default;
 int MBCStoUnicode::Convert(const char*& in, const char* inEnd, unsigned short*& out,
                            const unsigned short* outEnd) {
   auto* p = reinterpret_cast<const unsigned char*>(in);
-  const int result = DecodeMBCS(table_.Actions(), varnice::internal::PairsOf(table_), state_, PassThrough(honourForcedMapping_, Behavior()), p,
+  const int result = DecodeMBCS(table_.Actions(), state_, PassThrough(honourForcedMapping_, Behavior()), p,
                                 reinterpret_cast<const unsigned char*>(inEnd), out, outEnd);
   in = reinterpret_cast<const char*>(p);
   return result;

@@ -57,19 +57,10 @@ inline bool CompleteUnit(MBCSAction a) {
 }
 
 // Converts one two-byte character at p if both bytes are there and make a
-// complete unit; false (nothing consumed) otherwise. pairs, when the page has
-// them (CodePageToUnicodeTable), answers in one load what the machine answers
-// in two.
-inline bool DecodePair(MBCSAction const* actions, std::uint16_t const* pairs, unsigned char const*& p,
-                       unsigned char const* stop, unsigned short*& out) {
+// complete unit; false (nothing consumed) otherwise.
+inline bool DecodePair(MBCSAction const* actions, unsigned char const*& p, unsigned char const* stop,
+                       unsigned short*& out) {
   if (stop - p < 2) return false;
-  if (pairs != nullptr) {
-    const std::uint16_t unit = pairs[p[0] << 8 | p[1]];
-    if (unit == simd::kFlatGeneral) return false;
-    *out++ = unit;
-    p += 2;
-    return true;
-  }
   const MBCSAction a = actions[*p];
   if (a.output != MBCStoUnicodeTable::kNoOutput) return false;
   const MBCSAction t = actions[a.nextState * 256u + p[1]];
@@ -79,21 +70,36 @@ inline bool DecodePair(MBCSAction const* actions, std::uint16_t const* pairs, un
   return true;
 }
 
-// Two-byte characters come in runs (kanji, kana; all of JIS X 0208 between
-// ISO-2022 escapes): converts them while they last, long runs through the
-// kernel.
-inline void DecodePairRun(MBCSAction const* actions, std::uint16_t const* pairs, unsigned char const*& in,
-                          unsigned char const* stop, unsigned short*& out) {
+// Two-byte characters come in runs (kanji, kana): converts them while they
+// last, without the single-byte tests.
+inline void DecodePairRun(MBCSAction const* actions, unsigned char const*& in, unsigned char const* stop,
+                          unsigned short*& out) {
   // Local copies: through the references every unit written would make the
   // compiler store and reload both positions.
   unsigned char const* p = in;
   unsigned short* o = out;
-  if (pairs != nullptr && stop - p >= 32) {
+  while (DecodePair(actions, p, stop, o)) {
+  }
+  in = p;
+  out = o;
+}
+
+// The same over a page's flat pair array (CodePageToUnicodeTable), one load
+// a character, long runs through the kernel: for JIS X 0208, whose text is
+// all pairs.
+inline void DecodeFlatPairRun(std::uint16_t const* pairs, unsigned char const*& in, unsigned char const* stop,
+                              unsigned short*& out) {
+  unsigned char const* p = in;
+  unsigned short* o = out;
+  if (stop - p >= 32) {
     const std::size_t n = simd::Kernels().decodePairs(pairs, p, static_cast<std::size_t>(stop - p), o);
     p += n;
     o += n / 2;
   }
-  while (DecodePair(actions, pairs, p, stop, o)) {
+  for (; stop - p >= 2; p += 2) {
+    const std::uint16_t unit = pairs[p[0] << 8 | p[1]];
+    if (unit == simd::kFlatGeneral) break;
+    *o++ = unit;
   }
   in = p;
   out = o;
@@ -106,9 +112,9 @@ inline void DecodePairRun(MBCSAction const* actions, std::uint16_t const* pairs,
 // for a table whose first row writes ASCII as itself, and with room for a
 // unit per byte up to stop. Kept out of line so that DecodeMBCS stays small
 // enough to inline into converters that call it for short stretches.
-[[gnu::noinline]] inline void DecodeStretch(MBCSAction const* actions, std::uint16_t const* pairs,
-                                            simd::RowIdentity identity, unsigned char const*& in,
-                                            unsigned char const* stop, unsigned short*& out) {
+[[gnu::noinline]] inline void DecodeStretch(MBCSAction const* actions, simd::RowIdentity identity,
+                                            unsigned char const*& in, unsigned char const* stop,
+                                            unsigned short*& out) {
   simd::ByteKernels const& kernels = simd::Kernels();
   if (identity == simd::RowIdentity::kAll) {
     // Every byte is its own character: widen the stretch whole.
@@ -137,8 +143,8 @@ inline void DecodePairRun(MBCSAction const* actions, std::uint16_t const* pairs,
         ++in;
         continue;
       }
-      if (!DecodePair(actions, pairs, in, stop, out)) return;
-      DecodePairRun(actions, pairs, in, stop, out);
+      if (!DecodePair(actions, in, stop, out)) return;
+      DecodePairRun(actions, in, stop, out);
     }
   }
 }
@@ -147,7 +153,7 @@ inline void DecodePairRun(MBCSAction const* actions, std::uint16_t const* pairs,
 // Returns kInputUsedUp, kOutputFull when there is no room for a code unit
 // (checked before every byte), or kNoCharacterDefined after consuming an
 // invalid byte. state carries a partial character between calls.
-inline int DecodeMBCS(MBCSAction const* actions, std::uint16_t const* pairs, unsigned short& state, PassThrough const& pass,
+inline int DecodeMBCS(MBCSAction const* actions, unsigned short& state, PassThrough const& pass,
                       unsigned char const*& in, unsigned char const* inEnd, unsigned short*& out,
                       unsigned short const* outEnd) {
   // Which bytes the first row writes as themselves: asked once per call, when
@@ -165,7 +171,7 @@ inline int DecodeMBCS(MBCSAction const* actions, std::uint16_t const* pairs, uns
       unsigned char const* stop = in + (inEnd - in < outEnd - out ? inEnd - in : outEnd - out);
       if (stop - in >= 64) {
         if (!asked) identity = simd::RowKeeps(actions), asked = true;
-        if (identity != simd::RowIdentity::kNone) DecodeStretch(actions, pairs, identity, in, stop, out);
+        if (identity != simd::RowIdentity::kNone) DecodeStretch(actions, identity, in, stop, out);
       }
       // After a group fails (multi-byte text) the next few characters go one
       // by one, so text that is not single-byte pays little for the attempt.
@@ -203,10 +209,10 @@ inline int DecodeMBCS(MBCSAction const* actions, std::uint16_t const* pairs, uns
           ++p;
           continue;
         }
-        if (!DecodePair(actions, pairs, p, stop, o)) break;
-        // Stay with a run of two-byte characters without the single-byte
-        // tests. Whatever ends the run is looked at again above.
-        DecodePairRun(actions, pairs, p, stop, o);
+        if (!DecodePair(actions, p, stop, o)) break;
+        // Stay with a run of two-byte characters; whatever ends it is looked
+        // at again above.
+        DecodePairRun(actions, p, stop, o);
       }
       in = p;
       out = o;
@@ -394,7 +400,10 @@ int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short
 template <class Shape, class Base>
 Shape const* AsShape(Base const& table) {
   static_assert(std::is_final_v<Shape>);
-  if (typeid(table) != typeid(Shape)) return nullptr;
+  // The type records compared by address, without the name comparison that
+  // == may make: a copy of the record in another module would only cost the
+  // fast path.
+  if (&typeid(table) != &typeid(Shape)) return nullptr;
   static std::atomic<std::ptrdiff_t> offset{PTRDIFF_MIN};
   std::ptrdiff_t o = offset.load(std::memory_order_relaxed);
   if (o == PTRDIFF_MIN) {
