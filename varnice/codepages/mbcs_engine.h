@@ -266,6 +266,31 @@ struct IdentityUnits {
   unsigned KernelLimit() const { return end >= 0x100 ? 0x100 : end >= 0x80 ? 0x80 : 0; }
 };
 
+// One unit of the encoders' careful loops, which ask the capacity rule
+// reached(n) before writing n bytes: a pass-through byte alone, else the
+// unit's code in length(code) bytes. Returns kKeepConverting, or the result
+// the loop returns (as EncodeMBCS).
+template <class Find, class Reached, class Length>
+int EncodeStep(Find const& find, PassThrough const& pass, unsigned short const*& in, unsigned short const* inEnd,
+               char*& out, char const* outEnd, Reached& reached, Length length) {
+  if (in == inEnd) return kInputUsedUp;
+  if (outEnd - out < 4) return kOutputFull;
+  const unsigned short u = *in;
+  if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
+    if (reached(1)) return kCapacityReached;
+    *out++ = static_cast<char>(u);
+    ++in;
+    return kKeepConverting;
+  }
+  ++in;
+  unsigned long code;
+  if (!find(u, code)) return kNotInTargetRepertoire;
+  const int n = length(code);
+  if (reached(n)) return kCapacityReached;
+  WriteBigEndian(code, n, out);
+  return kKeepConverting;
+}
+
 // Writes code units as codes. find(unit, code) looks a unit up; reached(n)
 // is the capacity rule, asked before writing n bytes. Returns kInputUsedUp,
 // kOutputFull when fewer than 4 bytes of room remain, kNotInTargetRepertoire
@@ -325,21 +350,8 @@ int EncodeMBCS(Find const& find, PassThrough const& pass, unsigned short const*&
       in = p;
       out = o;
     }
-    if (in == inEnd) return kInputUsedUp;
-    if (outEnd - out < 4) return kOutputFull;
-    unsigned short u = *in;
-    if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
-      if (reached(1)) return kCapacityReached;
-      *out++ = static_cast<char>(u);
-      ++in;
-      continue;
-    }
-    ++in;
-    unsigned long code;
-    if (!find(u, code)) return kNotInTargetRepertoire;
-    int n = CodeLength(code);
-    if (reached(n)) return kCapacityReached;
-    WriteBigEndian(code, n, out);
+    const int r = EncodeStep(find, pass, in, inEnd, out, outEnd, reached, CodeLength);
+    if (r != kKeepConverting) return r;
   }
 }
 
@@ -374,21 +386,9 @@ int EncodePrinterPairs(Find const& find, PassThrough const& pass, unsigned short
                        unsigned short const* inEnd, char*& out, char const* outEnd,
                        Reached&& reached) {
   for (;;) {
-    if (in == inEnd) return kInputUsedUp;
-    if (outEnd - out < 4) return kOutputFull;
-    unsigned short u = *in;
-    if (pass && u <= 0xFF && pass.Has(static_cast<unsigned char>(u))) {
-      if (reached(1)) return kCapacityReached;
-      *out++ = static_cast<char>(u);
-      ++in;
-      continue;
-    }
-    ++in;
-    unsigned long code;
-    if (!find(u, code)) return kNotInTargetRepertoire;
-    int n = code < 0x10000 ? 2 : code < 0x1000000 ? 3 : 4;
-    if (reached(n)) return kCapacityReached;
-    WriteBigEndian(code, n, out);
+    const int r = EncodeStep(find, pass, in, inEnd, out, outEnd, reached,
+                             [](unsigned long code) { return code < 0x10000 ? 2 : CodeLength(code); });
+    if (r != kKeepConverting) return r;
   }
 }
 
