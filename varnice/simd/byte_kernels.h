@@ -1,6 +1,7 @@
 // Vector kernels for the conversion loops' common case: runs of ASCII,
-// single-byte characters looked up in a code page's first table row, and
-// code units written through a flat from-Unicode table.
+// single-byte characters looked up in a code page's first table row, code
+// units written through a flat from-Unicode table, and byte pairs read
+// through a flat pair table.
 //
 // Each kernel exists as a plain loop (the reference, built everywhere) and,
 // on x86-64, as AVX2 and AVX-512 versions compiled with target attributes.
@@ -38,8 +39,7 @@ struct ByteKernels {
   // every unit, kFlatGeneral where the general step must decide) as one- or
   // two-byte codes, big-endian, while at least 4 bytes of the room are left
   // before each unit, as the code-page loops require. Returns how many units;
-  // written gets how many bytes. Bytes past those may be overwritten within
-  // the room.
+  // written gets how many bytes, and nothing past them is written.
   std::size_t (*encodeFlat)(std::uint16_t const* flat, unsigned short const* in, std::size_t n,
                             unsigned char* out, std::size_t room, std::size_t& written);
   // Converts the leading byte pairs of [in, in + n) through pairs (a code

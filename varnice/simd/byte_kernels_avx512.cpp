@@ -212,33 +212,42 @@ VARNICE_AVX512 void WidenAllAVX512(unsigned char const* in, std::size_t n, unsig
   }
 }
 
+// Swaps the two bytes of every 16-bit lane.
+VARNICE_AVX512 inline __m512i SwapBytes(__m512i v) {
+  const __m512i swap = _mm512_set_epi64(0x0E0F0C0D0A0B0809, 0x0607040502030001, 0x0E0F0C0D0A0B0809,
+                                        0x0607040502030001, 0x0E0F0C0D0A0B0809, 0x0607040502030001,
+                                        0x0E0F0C0D0A0B0809, 0x0607040502030001);
+  return _mm512_shuffle_epi8(v, swap);
+}
+
+// table[i] for each of the 32 16-bit indices: two gathers of 32-bit lanes
+// (the table has one entry to spare at the end), their low halves in order.
+VARNICE_AVX512 inline __m512i Gather32(__m512i indices, std::uint16_t const* table) {
+  const __m512i evens = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32, 30, 28, 26,
+                                         24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
+  const __m512i low = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_castsi512_si256(indices)), table, 2);
+  const __m512i high = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(indices, 1)), table, 2);
+  return _mm512_permutex2var_epi16(low, evens, high);
+}
+
 // 32 units a block: their codes gathered from the flat table, each swapped
 // to big-endian, and the high byte of every one-byte code squeezed out.
 VARNICE_AVX512 std::size_t EncodeFlatAVX512(std::uint16_t const* flat, unsigned short const* in, std::size_t n,
                                             unsigned char* out, std::size_t room, std::size_t& written) {
   const __m512i general = _mm512_set1_epi16(static_cast<short>(kFlatGeneral));
   const __m512i oneByte = _mm512_set1_epi16(0xFF);
-  // Within each unit, the high byte first.
-  const __m512i swap = _mm512_set_epi64(0x0E0F0C0D0A0B0809, 0x0607040502030001, 0x0E0F0C0D0A0B0809,
-                                        0x0607040502030001, 0x0E0F0C0D0A0B0809, 0x0607040502030001,
-                                        0x0E0F0C0D0A0B0809, 0x0607040502030001);
-  // The low 16 bits of each gathered 32-bit lane, the first vector's then the second's.
-  const __m512i evens = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32, 30, 28, 26,
-                                         24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
   std::size_t i = 0, w = 0;
   // Each unit writes at most two bytes, and four must be left before the last.
   while (n - i >= 32 && room - w >= 64 + 4) {
-    const __m512i units = _mm512_loadu_si512(in + i);
-    const __m512i low = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_castsi512_si256(units)), flat, 2);
-    const __m512i high = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(units, 1)), flat, 2);
-    const __m512i codes = _mm512_permutex2var_epi16(low, evens, high);
+    const __m512i codes = Gather32(_mm512_loadu_si512(in + i), flat);
     const std::uint32_t bad = _mm512_cmpeq_epi16_mask(codes, general);
     const unsigned count = bad == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(bad));
     const std::uint64_t units2 = count == 32 ? ~0ULL : (1ULL << (2 * count)) - 1;
     const std::uint64_t two = _pdep_u64(_mm512_cmpgt_epu16_mask(codes, oneByte), 0x5555555555555555ULL);
     const std::uint64_t keep = (two | 0xAAAAAAAAAAAAAAAAULL) & units2;
     const unsigned bytes = static_cast<unsigned>(__builtin_popcountll(keep));
-    const __m512i packed = _mm512_maskz_compress_epi8(keep, _mm512_shuffle_epi8(codes, swap));
+    // The high byte of each code first, then the one-byte codes' empty high bytes squeezed out.
+    const __m512i packed = _mm512_maskz_compress_epi8(keep, SwapBytes(codes));
     _mm512_mask_storeu_epi8(out + w, bytes == 64 ? ~0ULL : (1ULL << bytes) - 1, packed);
     i += count;
     w += bytes;
@@ -257,21 +266,14 @@ VARNICE_AVX512 std::size_t EncodeFlatAVX512(std::uint16_t const* flat, unsigned 
 // short last block is loaded and stored under masks.
 VARNICE_AVX512 std::size_t DecodePairsAVX512(std::uint16_t const* pairs, unsigned char const* in, std::size_t n,
                                              unsigned short* out) {
-  const __m512i swap = _mm512_set_epi64(0x0E0F0C0D0A0B0809, 0x0607040502030001, 0x0E0F0C0D0A0B0809,
-                                        0x0607040502030001, 0x0E0F0C0D0A0B0809, 0x0607040502030001,
-                                        0x0E0F0C0D0A0B0809, 0x0607040502030001);
-  const __m512i evens = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32, 30, 28, 26,
-                                         24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
   const __m512i general = _mm512_set1_epi16(static_cast<short>(kFlatGeneral));
   std::size_t i = 0;
   while (n - i >= 2) {
     const std::size_t whole = (n - i) / 2;  // pairs left
     const unsigned block = whole >= 32 ? 32 : static_cast<unsigned>(whole);
     const __mmask32 valid = block == 32 ? ~0U : (1U << block) - 1;
-    const __m512i codes = _mm512_shuffle_epi8(_mm512_maskz_loadu_epi16(valid, in + i), swap);
-    const __m512i low = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_castsi512_si256(codes)), pairs, 2);
-    const __m512i high = _mm512_i32gather_epi32(_mm512_cvtepu16_epi32(_mm512_extracti64x4_epi64(codes, 1)), pairs, 2);
-    const __m512i units = _mm512_permutex2var_epi16(low, evens, high);
+    // Each pair as a big-endian code, the table's index.
+    const __m512i units = Gather32(SwapBytes(_mm512_maskz_loadu_epi16(valid, in + i)), pairs);
     const __mmask32 bad = _mm512_mask_cmpeq_epi16_mask(valid, units, general);
     const unsigned count = bad == 0 ? block : static_cast<unsigned>(__builtin_ctz(bad));
     _mm512_mask_storeu_epi16(out + i / 2, count == 32 ? ~0U : (1U << count) - 1, units);
