@@ -200,9 +200,7 @@ TEST(MBCSEncoding, StreamStagesConvertWithTheDefaultPolicy) {
   std::unique_ptr<ExternalEncoding::ToUnicodeSource> source(
       ExternalEncoding::ShiftJIS()->CreateCharSourceToUnicode(bytes, arena));
   EXPECT_EQ(source->ActualInputEncoding(), ExternalEncoding::ShiftJIS());
-  Collect16 units;
-  units.Put(*source);
-  EXPECT_EQ(units.text, u"A\u3000\uFFFDB");
+  EXPECT_EQ(ReadAll(*source), u"A\u3000\uFFFDB");
 
   // An unrepresentable character becomes the page's substitute byte.
   for (auto [encoding, substitute] : {std::pair{ExternalEncoding::ShiftJIS(), "41 1A"},
