@@ -108,14 +108,10 @@ TEST(ISO2022fromUnicode, UnmappableCharacterPassesUp) {
 
 TEST(ISO2022JPDetector, CountsSwitchingEscapesOncePenalisesHighBytes) {
   const std::string text = "ab\x1B$B\x30\x21\x1B(B\x1B(J\x80";
-  const char* s = text.data();
-  LinearAllocator arena(256, __FILE__, __LINE__);
   for (std::size_t cut = 0; cut <= text.size(); ++cut) {
-    std::unique_ptr<ExternalEncodingDetector> d(ExternalEncoding::ISO2022JP()->CreateEncodingDetector(arena));
-    d->Scan(s, s, s + cut);
-    d->Scan(s, s + cut, s + text.size());
-    EXPECT_EQ(d->Score(), 2 - 1) << cut;
-    EXPECT_EQ(d->TieBreaker(), 0);
+    const Scores s = Detect(ExternalEncoding::ISO2022JP(), text, cut);
+    EXPECT_EQ(s.score, 2 - 1) << cut;
+    EXPECT_EQ(s.tieBreaker, 0);
   }
 }
 

@@ -164,20 +164,6 @@ TEST(MBCSfromUnicode, ForcedDirectMappingWritesTheByte) {
   EXPECT_EQ(Encode(*c.from, u"\u0080", 0), (Encoded{kCapacityReached, "", 0})) << "a refused pass-through byte stays unread";
 }
 
-struct Scores {
-  int score, tieBreaker;
-};
-
-Scores Detect(const ExternalEncoding* encoding, const std::string& text, std::size_t cut) {
-  LinearAllocator arena(256, __FILE__, __LINE__);
-  std::unique_ptr<ExternalEncodingDetector> d(encoding->CreateEncodingDetector(arena));
-  const char* s = text.data();
-  d->Scan(s, s, s + cut);
-  d->Scan(s, s + cut, s + text.size());
-  d->Finish(s, s + text.size());
-  return {d->Score(), d->TieBreaker()};
-}
-
 TEST(MBCSDetector, ErrorsAndUnlikelyCharactersLowerTheScores) {
   // 0x80 is invalid; 0xB1 is halfwidth katakana; 0xF0 0x40 is private use;
   // the final lead byte is a character cut short.
