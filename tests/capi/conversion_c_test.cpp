@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/stream/stream_test_support.h"
@@ -62,19 +63,15 @@ TEST_F(CInterface, NamesOfOneEncodingShareANumber) {
 
 TEST_F(CInterface, NominalLengthIsTheSizeOfASpace) {
   EXPECT_EQ(VarniceEncodingNominalCharLength(0), 1);
-  const int latin2 = VarniceRegisterEncoding("Latin2");
-  EXPECT_EQ(VarniceEncodingNominalCharLength(latin2), 1);
-  const int ebcdic = VarniceRegisterEncoding("CP870");
-  EXPECT_EQ(DataEncodings().EncodedSpace(ebcdic)[0], 0x40);
-  const int ucs2 = VarniceRegisterEncoding("BMP");
-  EXPECT_EQ(VarniceEncodingNominalCharLength(ucs2), 2);
-  EXPECT_EQ(DataEncodings().EncodedSpace(ucs2)[0], 0x00);
-  EXPECT_EQ(DataEncodings().EncodedSpace(ucs2)[1], 0x20);
   // A byte-order mark comes first and fills the two bytes.
-  const int marked = VarniceRegisterEncoding("big-endian");
-  EXPECT_EQ(VarniceEncodingNominalCharLength(marked), 2);
-  EXPECT_EQ(DataEncodings().EncodedSpace(marked)[0], 0xFE);
-  EXPECT_EQ(DataEncodings().EncodedSpace(marked)[1], 0xFF);
+  const std::pair<const char*, std::string> cases[] = {
+      {"Latin2", " "}, {"CP870", "\x40"}, {"BMP", std::string("\0 ", 2)}, {"big-endian", "\xFE\xFF"}};
+  for (const auto& [name, space] : cases) {
+    const int number = VarniceRegisterEncoding(name);
+    ASSERT_EQ(VarniceEncodingNominalCharLength(number), static_cast<int>(space.size())) << name;
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(DataEncodings().EncodedSpace(number)), space.size()), space)
+        << name;
+  }
 }
 
 TEST_F(CInterface, The256thEncodingIsRefused) {

@@ -12,6 +12,7 @@
 
 #include "varnice/encoding/block_converter.h"
 #include "varnice/stream/converting/block_external_encoding.h"
+#include "varnice/encoding/external_encoding_detector.h"
 #include "varnice/encoding/linear_allocator.h"
 
 namespace codepage_test {
@@ -102,6 +103,21 @@ inline Encoded Finish(BlockConverter_16_to_8& c, std::size_t room = 4) {
   char* out = buf.data();
   const int r = c.Finish(out, buf.data() + room);
   return {r, Hex(buf.data(), out), 0};
+}
+
+struct Scores {
+  int score, tieBreaker;
+};
+
+// An encoding's detector over `text`, scanned in two parts split at `cut`.
+inline Scores Detect(const ExternalEncoding* encoding, const std::string& text, std::size_t cut) {
+  LinearAllocator arena(256, __FILE__, __LINE__);
+  std::unique_ptr<ExternalEncodingDetector> d(encoding->CreateEncodingDetector(arena));
+  const char* s = text.data();
+  d->Scan(s, s, s + cut);
+  d->Scan(s, s + cut, s + text.size());
+  d->Finish(s, s + text.size());
+  return {d->Score(), d->TieBreaker()};
 }
 
 }  // namespace codepage_test

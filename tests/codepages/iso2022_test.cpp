@@ -108,38 +108,29 @@ TEST(ISO2022fromUnicode, UnmappableCharacterPassesUp) {
 
 TEST(ISO2022JPDetector, CountsSwitchingEscapesOncePenalisesHighBytes) {
   const std::string text = "ab\x1B$B\x30\x21\x1B(B\x1B(J\x80";
-  const char* s = text.data();
-  LinearAllocator arena(256, __FILE__, __LINE__);
   for (std::size_t cut = 0; cut <= text.size(); ++cut) {
-    std::unique_ptr<ExternalEncodingDetector> d(ExternalEncoding::ISO2022JP()->CreateEncodingDetector(arena));
-    d->Scan(s, s, s + cut);
-    d->Scan(s, s + cut, s + text.size());
-    EXPECT_EQ(d->Score(), 2 - 1) << cut;
-    EXPECT_EQ(d->TieBreaker(), 0);
+    const Scores s = Detect(ExternalEncoding::ISO2022JP(), text, cut);
+    EXPECT_EQ(s.score, 2 - 1) << cut;
+    EXPECT_EQ(s.tieBreaker, 0);
   }
 }
 
 TEST(ISO2022JPEncoding, StreamStagesRoundTripAndShareTheBehaviour) {
   using namespace testing_streams;
-  LinearAllocator arena(16384, __FILE__, __LINE__);
-  Chunk16Source text({u"A\u4E9C", u"\u00A5B"});
-  std::unique_ptr<CharSource> encoded(ExternalEncoding::ISO2022JP()->CreateCharSourceFromUnicode(text, arena));
-  Collect8 bytes;
-  bytes.Put(*encoded);
-  EXPECT_EQ(Hex(bytes.text), "41 1B 24 42 30 21 1B 28 4A 5C 42 1B 28 42");
+  const std::string bytes = EncodeStream(*ExternalEncoding::ISO2022JP(), {u"A\u4E9C", u"\u00A5B"});
+  EXPECT_EQ(Hex(bytes), "41 1B 24 42 30 21 1B 28 4A 5C 42 1B 28 42");
 
   // Read back in blocks that split both escapes; the behaviour given to the
   // stage reaches the subencodings' converters (0x80 passes through ASCII).
   UnicodeLibBehavior passThrough;
   passThrough.SetForcedDirectMapping("\x80");
-  const std::string all = bytes.text + "\x80";
+  const std::string all = bytes + "\x80";
   ChunkSource pieces({all.substr(0, 2), all.substr(2, 9), all.substr(11)});
+  LinearAllocator arena(16384, __FILE__, __LINE__);
   std::unique_ptr<ExternalEncoding::ToUnicodeSource> decoded(
       ExternalEncoding::ISO2022JP()->CreateCharSourceToUnicode(pieces, arena));
   decoded->SetBehavior(&passThrough);
-  Collect16 units;
-  units.Put(*decoded);
-  EXPECT_EQ(units.text, u"A\u4E9C\u00A5B\u0080");
+  EXPECT_EQ(ReadAll(*decoded), u"A\u4E9C\u00A5B\u0080");
 
   // A sink ends the text in ASCII only when flushed.
   Collect8 sunk;
@@ -156,14 +147,7 @@ TEST(ISO2022JPEncoding, StreamStagesRoundTripAndShareTheBehaviour) {
 TEST(ISO2022JPEncoding, InvalidBytesLoseNothingAfterThemAtAnySplit) {
   using namespace testing_streams;
   const ExternalEncoding& jp = *ExternalEncoding::ISO2022JP();
-  auto viaSource = [&](std::vector<std::string> chunks) {
-    LinearAllocator arena(16384, __FILE__, __LINE__);
-    ChunkSource pieces(std::move(chunks));
-    std::unique_ptr<ExternalEncoding::ToUnicodeSource> decoded(jp.CreateCharSourceToUnicode(pieces, arena));
-    Collect16 units;
-    units.Put(*decoded);
-    return units.text;
-  };
+  auto viaSource = [&](std::vector<std::string> chunks) { return DecodeStream(jp, std::move(chunks)); };
   auto viaSink = [&](const std::vector<std::string>& chunks) {
     LinearAllocator arena(16384, __FILE__, __LINE__);
     Collect16 units;

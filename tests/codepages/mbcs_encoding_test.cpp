@@ -92,7 +92,6 @@ TEST(MBCSfromUnicode, NeedsFourBytesOfRoomAndReportsUnmappedUnits) {
   Converters c(ExternalEncoding::ShiftJIS());
   EXPECT_EQ(Encode(*c.from, u"\u00E9\u3000"), (Encoded{kNotInTargetRepertoire, "", 1}));
   EXPECT_EQ(Encode(*c.from, u"\u3000").hex, "81 40");
-  EXPECT_EQ(dynamic_cast<MBCSEncoding&>(*ExternalEncoding::ShiftJIS()).FromUnicode(0x00E9), 0xFFFDu);
 }
 
 // Runs of units a page writes as themselves take a short cut; it must stop
@@ -164,20 +163,6 @@ TEST(MBCSfromUnicode, ForcedDirectMappingWritesTheByte) {
   EXPECT_EQ(Encode(*c.from, u"\u0080", 0), (Encoded{kCapacityReached, "", 0})) << "a refused pass-through byte stays unread";
 }
 
-struct Scores {
-  int score, tieBreaker;
-};
-
-Scores Detect(const ExternalEncoding* encoding, const std::string& text, std::size_t cut) {
-  LinearAllocator arena(256, __FILE__, __LINE__);
-  std::unique_ptr<ExternalEncodingDetector> d(encoding->CreateEncodingDetector(arena));
-  const char* s = text.data();
-  d->Scan(s, s, s + cut);
-  d->Scan(s, s + cut, s + text.size());
-  d->Finish(s, s + text.size());
-  return {d->Score(), d->TieBreaker()};
-}
-
 TEST(MBCSDetector, ErrorsAndUnlikelyCharactersLowerTheScores) {
   // 0x80 is invalid; 0xB1 is halfwidth katakana; 0xF0 0x40 is private use;
   // the final lead byte is a character cut short.
@@ -200,9 +185,7 @@ TEST(MBCSEncoding, StreamStagesConvertWithTheDefaultPolicy) {
   std::unique_ptr<ExternalEncoding::ToUnicodeSource> source(
       ExternalEncoding::ShiftJIS()->CreateCharSourceToUnicode(bytes, arena));
   EXPECT_EQ(source->ActualInputEncoding(), ExternalEncoding::ShiftJIS());
-  Collect16 units;
-  units.Put(*source);
-  EXPECT_EQ(units.text, u"A\u3000\uFFFDB");
+  EXPECT_EQ(ReadAll(*source), u"A\u3000\uFFFDB");
 
   // An unrepresentable character becomes the page's substitute byte.
   for (auto [encoding, substitute] : {std::pair{ExternalEncoding::ShiftJIS(), "41 1A"},

@@ -50,21 +50,19 @@ const char* kShoutNames[] = {"Shout", nullptr};
 
 // Factories in the library's style: construct once, then catch up on the
 // encodings that already exist.
+TestVariation* Made(unsigned long number, const char** names) {
+  auto* made = new TestVariation(number, names);
+  made->GenerateVariantsForExistingEncodings();
+  return made;
+}
+
 TestVariation& Framed() {
-  static TestVariation* v = [] {
-    auto* made = new TestVariation(7, kFrameNames);
-    made->GenerateVariantsForExistingEncodings();
-    return made;
-  }();
+  static TestVariation* v = Made(7, kFrameNames);
   return *v;
 }
 
 TestVariation& Shout() {
-  static TestVariation* v = [] {
-    auto* made = new TestVariation(9, kShoutNames);
-    made->GenerateVariantsForExistingEncodings();
-    return made;
-  }();
+  static TestVariation* v = Made(9, kShoutNames);
   return *v;
 }
 

@@ -35,9 +35,10 @@ std::vector<std::u16string> Ranges(Char16Source& source) {
   return out;
 }
 
-void Consume(CharSource& source, int n) {
-  const char* b;
-  const char* e;
+template <class Unit, class Source>
+void Consume(Source& source, int n) {
+  const Unit* b;
+  const Unit* e;
   ASSERT_TRUE(source.GetBuffer(b, e));
   source.DoneWith(b + n);
 }
@@ -58,69 +59,42 @@ TEST(BufferCharSource, NullEndMeansNulTerminatedAndNullBeginIsEmpty) {
   EXPECT_TRUE(Ranges(empty).empty());
 }
 
-TEST(BufferChar16Source, CopiesCarryOnWhereTheOriginalStands) {
-  const unsigned short text[] = {'a', 'b', 'c', 0};
-  BufferChar16Source source(text, nullptr);
-  const unsigned short* b;
-  const unsigned short* e;
-  ASSERT_TRUE(source.GetBuffer(b, e));
-  source.DoneWith(b + 1);
-
-  BufferChar16Source copy(source);
-  EXPECT_EQ(Ranges(copy), std::vector<std::u16string>({u"bc"}));
-
-  BufferChar16Source assigned(text, text);
-  assigned = source;
-  EXPECT_EQ(Ranges(assigned), std::vector<std::u16string>({u"bc"}));
-  // The original is not disturbed by its copies.
-  EXPECT_EQ(Ranges(source), std::vector<std::u16string>({u"bc"}));
-}
-
-TEST(StringCharSource, CopiesTakeOnlyTheUnreadRest) {
-  std::string text = "abcd";
-  StringCharSource source(text.c_str(), nullptr);
-  text = "zzzz";  // the source has its own copy
-  Consume(source, 2);
-
-  StringCharSource copy(source);
-  EXPECT_EQ(Ranges(copy), std::vector<std::string>({"cd"}));
-
-  StringCharSource assigned(qz_string("other"));
-  assigned = source;
-  EXPECT_EQ(Ranges(assigned), std::vector<std::string>({"cd"}));
-
-  // Self-assignment keeps the rest too.
-  source = source;
-  EXPECT_EQ(Ranges(source), std::vector<std::string>({"cd"}));
-}
-
-TEST(StringCharSource, CopyKeepsTheOtherSourcesBehaviour) {
-  // UnicodeLibActor is a virtual base: a copy constructor that forgets to name
-  // it silently falls back to the default behaviour.
+// A copy and an assigned copy read on from where the original stands, and
+// the original is not disturbed by them. UnicodeLibActor is a virtual base: a
+// copy constructor that forgets to name it silently falls back to the
+// default behaviour.
+template <class Source, class Text>
+void ExpectCopiesReadTheRest(Source& source, Source assigned, const Text& rest) {
   UnicodeLibBehavior own;
-  StringCharSource source("abc", nullptr);
   source.SetBehavior(&own);
-  StringCharSource copy(source);
+  Source copy(source);
   EXPECT_EQ(&copy.Behavior(), &own);
-
-  const unsigned short x[] = {'x', 0};
-  BufferChar16Source buffer(x, nullptr);
-  buffer.SetBehavior(&own);
-  BufferChar16Source buffer_copy(buffer);
-  EXPECT_EQ(&buffer_copy.Behavior(), &own);
+  EXPECT_EQ(Ranges(copy), std::vector<Text>({rest}));
+  assigned = source;
+  EXPECT_EQ(Ranges(assigned), std::vector<Text>({rest}));
+  source = source;  // self-assignment keeps the rest too
+  EXPECT_EQ(Ranges(source), std::vector<Text>({rest}));
 }
 
-TEST(StringChar16Source, CopiesTakeOnlyTheUnreadRest) {
-  const unsigned short text[] = {'a', 'b', 'c', 'd', 0};
-  StringChar16Source source(text, nullptr);
+TEST(StringAndBufferSources, CopiesReadOnFromWhereTheOriginalStands) {
+  const unsigned short units[] = {'a', 'b', 'c', 'd', 0};
+  BufferChar16Source buffer16(units, nullptr);
+  Consume<unsigned short>(buffer16, 1);
+  ExpectCopiesReadTheRest(buffer16, BufferChar16Source(units, units), std::u16string(u"bcd"));
+
+  std::string text = "abcd";
+  StringCharSource string8(text.c_str(), nullptr);
+  text = "zzzz";  // the source has its own copy
+  Consume<char>(string8, 2);
+  ExpectCopiesReadTheRest(string8, StringCharSource(qz_string("other")), std::string("cd"));
+
+  StringChar16Source string16(units, nullptr);
   const unsigned short* b;
   const unsigned short* e;
-  ASSERT_TRUE(source.GetBuffer(b, e));
-  EXPECT_NE(b, text);
-  source.DoneWith(b + 2);
-  StringChar16Source copy(source);
-  EXPECT_EQ(Ranges(copy), std::vector<std::u16string>({u"cd"}));
-  EXPECT_TRUE(Ranges(copy).empty());
+  ASSERT_TRUE(string16.GetBuffer(b, e));
+  EXPECT_NE(b, units);  // a copy of its own, too
+  string16.DoneWith(b + 2);
+  ExpectCopiesReadTheRest(string16, StringChar16Source(units, units), std::u16string(u"cd"));
 }
 
 std::vector<std::size_t> g_reads;
@@ -142,7 +116,7 @@ TEST(FileCharSource, ReadsInBlocksOf1024AndStopsAtTheFirstEmptyRead) {
   g_reads.clear();
   FileCharSource source(file, &RecordingRead);
   // A partly consumed block is lent again without another read.
-  Consume(source, 1000);
+  Consume<char>(source, 1000);
   const char* b;
   const char* e;
   ASSERT_TRUE(source.GetBuffer(b, e));

@@ -5,10 +5,12 @@
 #define VARNICE_TESTS_STREAM_STREAM_TEST_SUPPORT_H_
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "varnice/encoding/block_converter.h"
+#include "varnice/encoding/linear_allocator.h"
 #include "varnice/stream/converting/block_external_encoding.h"
 #include "varnice/encoding/unicode_lib_behavior.h"
 #include "varnice/stream/char16_sink.h"
@@ -19,67 +21,74 @@
 namespace testing_streams {
 
 // Lends each chunk as one range, so a test decides where blocks split.
-class ChunkSource : public CharSource {
+template <class Source, class Unit, class Text>
+class Chunks : public Source {
  public:
-  explicit ChunkSource(std::vector<std::string> chunks) : chunks_(std::move(chunks)) {}
+  explicit Chunks(std::vector<Text> chunks) : chunks_(std::move(chunks)) {}
   bool FillBuffer() override {
     ++fills;
     if (next_ == chunks_.size()) return false;
-    position_ = chunks_[next_].data();
-    end_ = position_ + chunks_[next_].size();
+    this->position_ = reinterpret_cast<const Unit*>(chunks_[next_].data());
+    this->end_ = this->position_ + chunks_[next_].size();
     ++next_;
     return true;
   }
-  const char* Position() const { return position_; }
+  const Unit* Position() const { return this->position_; }
   int fills = 0;
 
  private:
-  std::vector<std::string> chunks_;
+  std::vector<Text> chunks_;
   std::size_t next_ = 0;
 };
 
-class Chunk16Source : public Char16Source {
- public:
-  explicit Chunk16Source(std::vector<std::u16string> chunks) : chunks_(std::move(chunks)) {}
-  bool FillBuffer() override {
-    if (next_ == chunks_.size()) return false;
-    position_ = reinterpret_cast<const unsigned short*>(chunks_[next_].data());
-    end_ = position_ + chunks_[next_].size();
-    ++next_;
-    return true;
-  }
-
- private:
-  std::vector<std::u16string> chunks_;
-  std::size_t next_ = 0;
-};
+using ChunkSource = Chunks<CharSource, char, std::string>;
+using Chunk16Source = Chunks<Char16Source, unsigned short, std::u16string>;
 
 // Records what it receives, piece by piece.
-class Collect16 : public Char16Sink {
+template <class Sink, class Unit, class Text>
+class Collect : public Sink {
  public:
-  Collect16() : Char16Sink(static_cast<const UnicodeLibActor*>(nullptr)) {}
+  Collect() : Sink(static_cast<const UnicodeLibActor*>(nullptr)) {}
   void Flush() override { ++flushes; }
-  void PutBuffer(const unsigned short* b, const unsigned short* e) override {
+  void PutBuffer(const Unit* b, const Unit* e) override {
     text.append(b, e);
     pieces.push_back(e - b);
   }
-  std::u16string text;
+  Text text;
   std::vector<long> pieces;
   int flushes = 0;
 };
 
-class Collect8 : public CharSink {
- public:
-  Collect8() : CharSink(static_cast<const UnicodeLibActor*>(nullptr)) {}
-  void Flush() override { ++flushes; }
-  void PutBuffer(const char* b, const char* e) override {
-    text.append(b, e);
-    pieces.push_back(e - b);
-  }
-  std::string text;
-  std::vector<long> pieces;
-  int flushes = 0;
-};
+using Collect8 = Collect<CharSink, char, std::string>;
+using Collect16 = Collect<Char16Sink, unsigned short, std::u16string>;
+
+// Everything a source gives, read to the end.
+inline std::u16string ReadAll(Char16Source& source) {
+  Collect16 out;
+  out.Put(source);
+  return out.text;
+}
+
+inline std::string ReadAll(CharSource& source) {
+  Collect8 out;
+  out.Put(source);
+  return out.text;
+}
+
+// Text through an encoding's own stream stages, the input in the given chunks.
+inline std::u16string DecodeStream(const ExternalEncoding& encoding, std::vector<std::string> chunks) {
+  LinearAllocator arena(16384, __FILE__, __LINE__);
+  ChunkSource bytes(std::move(chunks));
+  std::unique_ptr<Char16Source> source(encoding.CreateCharSourceToUnicode(bytes, arena));
+  return ReadAll(*source);
+}
+
+inline std::string EncodeStream(const ExternalEncoding& encoding, std::vector<std::u16string> chunks) {
+  LinearAllocator arena(16384, __FILE__, __LINE__);
+  Chunk16Source units(std::move(chunks));
+  std::unique_ptr<CharSource> source(encoding.CreateCharSourceFromUnicode(units, arena));
+  return ReadAll(*source);
+}
 
 inline const unsigned short* U(const char16_t* s) { return reinterpret_cast<const unsigned short*>(s); }
 

@@ -42,15 +42,9 @@ TEST(UCS2toWhatever, OnlyALeadingMarkSetsTheOrder) {
 TEST(UCS2toWhatever, NeedsRoomForOneUnit) {
   UCS2toWhatever decoder(true);
   const std::string text = Bytes({0x00, 0x41, 0x00, 0x42});
-  const char* in = text.data();
-  unsigned short out[1];
-  unsigned short* o = out;
-  EXPECT_EQ(decoder.Convert(in, text.data() + 4, o, out), kOutputFull);
-  EXPECT_EQ(in, text.data());
+  EXPECT_EQ(DecodeStep(decoder, text, 0), (Step16{kOutputFull, 0, u""}));
   // With one unit of room, the first byte of the next pair is not taken.
-  EXPECT_EQ(decoder.Convert(in, text.data() + 4, o, out + 1), kOutputFull);
-  EXPECT_EQ(in - text.data(), 2);
-  EXPECT_EQ(out[0], u'A');
+  EXPECT_EQ(DecodeStep(decoder, text, 1), (Step16{kOutputFull, 2, u"A"}));
 }
 
 TEST(UCS2fromWhatever, ByteOrderRoomAndBudget) {
@@ -59,19 +53,11 @@ TEST(UCS2fromWhatever, ByteOrderRoomAndBudget) {
   EXPECT_EQ(Encode(little, u"\u1234\xD800").text, Bytes({0x34, 0x12, 0x00, 0xD8}));
 
   UCS2fromWhatever encoder(true);
-  const std::u16string text = u"ab";
-  const unsigned short* in = U(text);
-  const unsigned short* const end = in + 2;
-  char out[8];
-  char* o = out;
-  EXPECT_EQ(encoder.Convert(in, end, o, out + 1, -1), kOutputFull);
+  EXPECT_EQ(EncodeStep(encoder, u"ab", 1), (Step8{kOutputFull, 0, ""}));
   // A budget of 3 takes one unit; the refused unit is not consumed.
-  EXPECT_EQ(encoder.Convert(in, end, o, out + 8, 3), kCapacityReached);
-  EXPECT_EQ(in - U(text), 1);
-  EXPECT_EQ(o - out, 2);
+  EXPECT_EQ(EncodeStep(encoder, u"ab", 8, 3), (Step8{kCapacityReached, 1, Bytes({0x00, 'a'})}));
   encoder.Reset();
-  EXPECT_EQ(encoder.Convert(in, end, o, out + 8, 2), kInputUsedUp);
-  EXPECT_EQ(std::string(out, o), Bytes({0x00, 'a', 0x00, 'b'}));
+  EXPECT_EQ(EncodeStep(encoder, u"b", 8, 2), (Step8{kInputUsedUp, 1, Bytes({0x00, 'b'})}));
 }
 
 std::u16string Run16(BlockConverter_16_to_16& c, const std::u16string& text, std::size_t room = 64) {

@@ -126,52 +126,32 @@ FRESH_PROCESS_TEST(UnicodeFormVariants, TheSetOfVariantsDoesNotDependOnTheOrderO
 
 // --- Pipelines built by the encodings ---------------------------------------
 
-std::u16string Decode(const ExternalEncoding& encoding, std::vector<std::string> chunks) {
-  LinearAllocator arena(4096, __FILE__, __LINE__);
-  ChunkSource bytes(std::move(chunks));
-  Char16Source* source = encoding.CreateCharSourceToUnicode(bytes, arena);
-  Collect16 out;
-  out.Put(*source);
-  delete source;
-  return out.text;
-}
-
-std::string Encode(const ExternalEncoding& encoding, std::u16string text) {
-  LinearAllocator arena(4096, __FILE__, __LINE__);
-  Chunk16Source units({std::move(text)});
-  CharSource* source = encoding.CreateCharSourceFromUnicode(units, arena);
-  Collect8 out;
-  out.Put(*source);
-  delete source;
-  return out.text;
-}
-
 std::string HostOrder(std::u16string units) {
   return std::string(reinterpret_cast<const char*>(units.data()), units.size() * 2);
 }
 
 TEST(UnicodeFormPipelines, UCS2WritesAMarkInHostOrderAndReadsEitherOrder) {
   const ExternalEncoding& ucs2 = *ExternalEncoding::Unicode20ByteStream();
-  EXPECT_EQ(Encode(ucs2, u"A\u65E5"), HostOrder(u"\uFEFFA\u65E5"));
-  EXPECT_EQ(Encode(ucs2, u""), "");
-  EXPECT_EQ(Decode(ucs2, {std::string("\xFE\xFF\x00\x41", 4)}), u"A");
-  EXPECT_EQ(Decode(ucs2, {std::string("\xFF\xFE\x41\x00", 4)}), u"A");
+  EXPECT_EQ(EncodeStream(ucs2, {u"A\u65E5"}), HostOrder(u"\uFEFFA\u65E5"));
+  EXPECT_EQ(EncodeStream(ucs2, {u""}), "");
+  EXPECT_EQ(DecodeStream(ucs2, {std::string("\xFE\xFF\x00\x41", 4)}), u"A");
+  EXPECT_EQ(DecodeStream(ucs2, {std::string("\xFF\xFE\x41\x00", 4)}), u"A");
   // A second mark survives the decoder as a character and is removed next.
-  EXPECT_EQ(Decode(ucs2, {std::string("\xFF\xFE\xFF\xFE\x41\x00\xFF\xFE", 8)}), u"A\uFEFF");
-  EXPECT_EQ(Encode(*ExternalEncoding::Unicode20BigEndian(), u"\u1234"), "\x12\x34");
+  EXPECT_EQ(DecodeStream(ucs2, {std::string("\xFF\xFE\xFF\xFE\x41\x00\xFF\xFE", 8)}), u"A\uFEFF");
+  EXPECT_EQ(EncodeStream(*ExternalEncoding::Unicode20BigEndian(), {u"\u1234"}), "\x12\x34");
   EncodingVariation::LittleEndian();
-  EXPECT_EQ(Encode(*ExternalEncoding::Lookup("little-endian"), u"\u1234"), "\xFF\xFE\x34\x12");
+  EXPECT_EQ(EncodeStream(*ExternalEncoding::Lookup("little-endian"), {u"\u1234"}), "\xFF\xFE\x34\x12");
 }
 
 TEST(UnicodeFormPipelines, TheUnicodeSideIsAlwaysUnicode20) {
   // U+3400 of Unicode 1.1 is the syllable U+AC00 of Unicode 2.0.
-  EXPECT_EQ(Decode(*ExternalEncoding::Unicode11UTF8(), {"\xE3\x90\x80"}), u"\uAC00");
-  EXPECT_EQ(Encode(*ExternalEncoding::Unicode11UTF8(), u"\uAC00"), "\xE3\x90\x80");
-  EXPECT_EQ(Encode(*ExternalEncoding::Unicode11UTF7(), u"\uAC00"), "+NAA-");
-  EXPECT_EQ(Encode(*ExternalEncoding::Unicode11BigEndian(), u"\uAC00"), std::string("\x34\x00", 2));
+  EXPECT_EQ(DecodeStream(*ExternalEncoding::Unicode11UTF8(), {"\xE3\x90\x80"}), u"\uAC00");
+  EXPECT_EQ(EncodeStream(*ExternalEncoding::Unicode11UTF8(), {u"\uAC00"}), "\xE3\x90\x80");
+  EXPECT_EQ(EncodeStream(*ExternalEncoding::Unicode11UTF7(), {u"\uAC00"}), "+NAA-");
+  EXPECT_EQ(EncodeStream(*ExternalEncoding::Unicode11BigEndian(), {u"\uAC00"}), std::string("\x34\x00", 2));
   // Unicode 1.1 has no surrogates: a four-byte form is undefined.
-  EXPECT_EQ(Decode(*ExternalEncoding::Unicode11UTF8(), {"a\xF0\x90\x80\x80" "b"}), u"a\uFFFDb");
-  EXPECT_EQ(Decode(*ExternalEncoding::Unicode20UTF8(), {"a\xF0\x90\x80\x80" "b"}), u"a\xD800\xDC00" u"b");
+  EXPECT_EQ(DecodeStream(*ExternalEncoding::Unicode11UTF8(), {"a\xF0\x90\x80\x80" "b"}), u"a\uFFFDb");
+  EXPECT_EQ(DecodeStream(*ExternalEncoding::Unicode20UTF8(), {"a\xF0\x90\x80\x80" "b"}), u"a\xD800\xDC00" u"b");
 }
 
 TEST(UnicodeFormPipelines, SinksConvertTheSameWay) {

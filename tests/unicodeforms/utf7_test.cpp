@@ -49,12 +49,9 @@ TEST(UTF7toWhatever, MalformedRunsAreIllegal) {
 
 TEST(UTF7toWhatever, RoomAndPieces) {
   UTF7toWhatever decoder;
-  const std::string text = "ab";
-  const char* in = text.data();
-  unsigned short out[4];
+  EXPECT_EQ(DecodeStep(decoder, "ab", 3), (Step16{kOutputFull, 0, u""}));
+  unsigned short out[1];
   unsigned short* o = out;
-  EXPECT_EQ(decoder.Convert(in, text.data() + 2, o, out + 3), kOutputFull);
-  EXPECT_EQ(in, text.data());
   EXPECT_EQ(decoder.Finish(o, out + 1), kOutputFull);
 
   const std::string mixed = "Hi +ZeVnLIqe- and +AGE. and +- +AGF- \x80 +Jjo-";
@@ -78,17 +75,14 @@ TEST(UTF7fromWhatever, DirectCharactersRunsAndClosing) {
   EXPECT_EQ(Encode7(u"\u65E5", false, false), "+ZeU");
 
   UTF7fromWhatever encoder(false, true);
-  const std::u16string e = u"\u00E9";
-  const unsigned short* in = U(e);
+  EXPECT_EQ(EncodeStep(encoder, u"\u00E9", 6), (Step8{kOutputFull, 0, ""}));
+  EXPECT_EQ(EncodeStep(encoder, u"\u00E9", 7), (Step8{kInputUsedUp, 1, "+AO"}));
   char out[8];
   char* o = out;
-  EXPECT_EQ(encoder.Convert(in, in + 1, o, out + 6, -1), kOutputFull);
-  EXPECT_EQ(encoder.Convert(in, in + 1, o, out + 7, -1), kInputUsedUp);
-  const char* const afterRun = o;
-  EXPECT_EQ(encoder.Finish(o, o + 4), kOutputFull);
-  EXPECT_EQ(o, afterRun);
-  EXPECT_EQ(encoder.Finish(o, o + 5), kConversionDone);
-  EXPECT_EQ(std::string(out, o), "+AOk-");
+  EXPECT_EQ(encoder.Finish(o, out + 4), kOutputFull);
+  EXPECT_EQ(o, out);
+  EXPECT_EQ(encoder.Finish(o, out + 5), kConversionDone);
+  EXPECT_EQ(std::string(out, o), "k-");
 }
 
 TEST(UTF7, RoundTripOneUnitPerCall) {

@@ -38,39 +38,23 @@ TEST(UTF8toWhatever, ValuesAboveTheBasicPlane) {
 
   // Without surrogates the whole sequence is consumed, then reported.
   UTF8toWhatever noPairs(false);
-  const std::string text = g + "x";
-  const char* in = text.data();
-  unsigned short out[8];
-  unsigned short* o = out;
-  EXPECT_EQ(noPairs.Convert(in, text.data() + text.size(), o, out + 8), kNoCharacterDefined);
-  EXPECT_EQ(in - text.data(), 4);
-  EXPECT_EQ(o, out);
+  EXPECT_EQ(DecodeStep(noPairs, g + "x", 8), (Step16{kNoCharacterDefined, 4, u""}));
 
   // Beyond U+10FFFF, and the five- and six-byte forms, are undefined rather
   // than illegal.
   EXPECT_EQ(Decode8(Bytes({0xF4, 0x90, 0x80, 0x80, 'z'})).problems, (Problems{{0, kNoCharacterDefined}}));
-  EXPECT_EQ(Decode8(Bytes({0xF8, 0x88, 0x80, 0x80, 0x80, 'z'})).problems, (Problems{{0, kNoCharacterDefined}}));
+  EXPECT_EQ(Decode8(Bytes({0xF8, 0x88, 0x80, 0x80, 0x80, 'z'})), (Decoded{u"z", {{0, kNoCharacterDefined}}, false}));
   EXPECT_EQ(Decode8(Bytes({0xFC, 0x84, 0x80, 0x80, 0x80, 0x80})).problems, (Problems{{0, kNoCharacterDefined}}));
-  EXPECT_EQ(Decode8(Bytes({0xF8, 0x88, 0x80, 0x80, 0x80, 'z'})).text, u"z");
 }
 
 TEST(UTF8toWhatever, TheInterruptingByteIsConsumedWithTheBrokenSequence) {
   UTF8toWhatever decoder(true);
-  const std::string text = Bytes({0xC3, 0x41, 0x42});
-  const char* in = text.data();
-  unsigned short out[8];
-  unsigned short* o = out;
-  EXPECT_EQ(decoder.Convert(in, text.data() + 3, o, out + 8), kIllegalInput);
-  EXPECT_EQ(in - text.data(), 2);
-  EXPECT_EQ(o, out);
+  EXPECT_EQ(DecodeStep(decoder, Bytes({0xC3, 0x41, 0x42}), 8), (Step16{kIllegalInput, 2, u""}));
   // The decoder was reset: the next byte starts afresh.
-  EXPECT_EQ(decoder.Convert(in, text.data() + 3, o, out + 8), kInputUsedUp);
-  EXPECT_EQ(o - out, 1);
-  EXPECT_EQ(out[0], u'B');
+  EXPECT_EQ(DecodeStep(decoder, "B", 8), (Step16{kInputUsedUp, 1, u"B"}));
 
   // A stray continuation byte, and a lead interrupting a sequence.
-  EXPECT_EQ(Decode8("a\x80" "b").problems, (Problems{{1, kIllegalInput}}));
-  EXPECT_EQ(Decode8("a\x80" "b").text, u"ab");
+  EXPECT_EQ(Decode8("a\x80" "b"), (Decoded{u"ab", {{1, kIllegalInput}}, false}));
   EXPECT_EQ(Decode8("\xE6\x97" "ab"), (Decoded{u"b", {{0, kIllegalInput}}, false}));
 }
 
@@ -87,25 +71,13 @@ TEST(UTF8toWhatever, SequencesSplitAcrossBlocksAndOneBytePerCall) {
 
 TEST(UTF8toWhatever, AlwaysDemandsRoomForAPair) {
   UTF8toWhatever decoder(true);
-  const std::string text = "ab";
-  const char* in = text.data();
-  unsigned short out[2];
-  unsigned short* o = out;
   // One unit of room: nothing is consumed, even for ASCII.
-  EXPECT_EQ(decoder.Convert(in, text.data() + 2, o, out + 1), kOutputFull);
-  EXPECT_EQ(in, text.data());
+  EXPECT_EQ(DecodeStep(decoder, "ab", 1), (Step16{kOutputFull, 0, u""}));
   // Two units: one ASCII byte, then the room is too small again.
-  EXPECT_EQ(decoder.Convert(in, text.data() + 2, o, out + 2), kOutputFull);
-  EXPECT_EQ(in - text.data(), 1);
-  EXPECT_EQ(o - out, 1);
-
+  EXPECT_EQ(DecodeStep(decoder, "ab", 2), (Step16{kOutputFull, 1, u"a"}));
   // Exactly two units take a whole pair.
-  UTF8toWhatever pairs(true);
   const std::string g = Bytes({0xF0, 0x90, 0x80, 0x80});
-  in = g.data();
-  o = out;
-  EXPECT_EQ(pairs.Convert(in, g.data() + 4, o, out + 2), kInputUsedUp);
-  EXPECT_EQ(o - out, 2);
+  EXPECT_EQ(DecodeStep(decoder, g, 2), (Step16{kInputUsedUp, 4, u"\xD800\xDC00"}));
 
   // Output blocks of two units give the same text as large ones.
   const std::string mixed = "a" + g + "é日b";
@@ -135,43 +107,20 @@ TEST(UTF8fromWhatever, ByteLengthsAndSurrogates) {
 
 TEST(UTF8fromWhatever, SixBytesOfRoomAndTheByteBudget) {
   UTF8fromWhatever encoder(true);
-  const std::u16string text = u"ab";
-  const unsigned short* in = U(text);
-  char out[8];
-  char* o = out;
-  EXPECT_EQ(encoder.Convert(in, in + 2, o, out + 5, -1), kOutputFull);
-  EXPECT_EQ(in, U(text));
-  EXPECT_EQ(encoder.Convert(in, in + 2, o, out + 6, -1), kOutputFull);
-  EXPECT_EQ(o - out, 1);  // a, then five bytes of room left
+  EXPECT_EQ(EncodeStep(encoder, u"ab", 5), (Step8{kOutputFull, 0, ""}));
+  EXPECT_EQ(EncodeStep(encoder, u"ab", 6), (Step8{kOutputFull, 1, "a"}));  // then five bytes of room left
 
   // A budget of 3 refuses a four-byte character, which stays consumed.
-  UTF8fromWhatever budgeted(true);
   const std::u16string pair = u"\xD83D\xDE00z";
-  const unsigned short* const pairEnd = U(pair) + 3;
-  in = U(pair);
-  o = out;
-  EXPECT_EQ(budgeted.Convert(in, pairEnd, o, out + 8, 3), kCapacityReached);
-  EXPECT_EQ(in - U(pair), 2);
-  EXPECT_EQ(o, out);
+  EXPECT_EQ(EncodeStep(encoder, pair, 8, 3), (Step8{kCapacityReached, 2, ""}));
   // Once reached, nothing more is written until Reset.
-  EXPECT_EQ(budgeted.Convert(in, pairEnd, o, out + 8, 100), kCapacityReached);
-  EXPECT_EQ(o, out);
-  budgeted.Reset();
-  in = U(pair);
-  char room[16];
-  o = room;
-  EXPECT_EQ(budgeted.Convert(in, pairEnd, o, room + 16, 5), kInputUsedUp);
-  EXPECT_EQ(std::string(room, o), "\xF0\x9F\x98\x80z");
-
+  const Step8 refused = EncodeStep(encoder, u"z", 8, 100);
+  EXPECT_EQ(refused.result, kCapacityReached);
+  EXPECT_EQ(refused.written, "");
+  encoder.Reset();
+  EXPECT_EQ(EncodeStep(encoder, pair, 16, 5), (Step8{kInputUsedUp, 3, "\xF0\x9F\x98\x80z"}));
   // The budget is per call and spent exactly: "aé" fits 3, "aéb" does not.
-  UTF8fromWhatever exact(true);
-  const std::u16string aeb = u"a\u00E9b";
-  char wide[16];
-  in = U(aeb);
-  o = wide;
-  EXPECT_EQ(exact.Convert(in, in + 3, o, wide + 16, 3), kCapacityReached);
-  EXPECT_EQ(std::string(wide, o), "a\xC3\xA9");
-  EXPECT_EQ(in - U(aeb), 3);
+  EXPECT_EQ(EncodeStep(encoder, u"a\u00E9b", 16, 3), (Step8{kCapacityReached, 3, "a\xC3\xA9"}));
 }
 
 TEST(UTF8Detector, PenalisesBytesOutOfPlace) {

@@ -32,15 +32,23 @@ struct Decoded {
   Transcoder::Status status;
 };
 
-Decoded Decode(const ExternalEncoding* from, const std::string& in, Transcoder::ErrorMode mode, std::size_t piece) {
-  Collect out;
-  Transcoder t(from, nullptr, mode, out);
+// Feeds `in` to a Transcoder in pieces of `piece` bytes, then finishes.
+Transcoder::Status Transcode(const ExternalEncoding* from, const ExternalEncoding* to, const std::string& in,
+                             Transcoder::ErrorMode mode, std::size_t piece, Collect& out) {
+  out.toUnicode = to == nullptr;
+  Transcoder t(from, to, mode, out);
   EXPECT_TRUE(t.Ready());
   for (std::size_t at = 0; at < in.size(); at += piece) {
     if (!t.Put(in.data() + at, std::min(piece, in.size() - at))) break;
   }
   t.Finish();
-  return {out.units, t.GetStatus()};
+  return t.GetStatus();
+}
+
+Decoded Decode(const ExternalEncoding* from, const std::string& in, Transcoder::ErrorMode mode, std::size_t piece) {
+  Collect out;
+  const Transcoder::Status status = Transcode(from, nullptr, in, mode, piece, out);
+  return {out.units, status};
 }
 
 // Decodes in pieces of every size and checks each gives the same answer.
@@ -228,27 +236,18 @@ TEST(StrictEncoding, LoneSurrogatesNeverReachUtf8) {
 }
 
 TEST(StrictTranscoding, UnmappableCharacterIsLocatedByItsByteOffset) {
-  const char in[] = "ab\xC3\xA9\xF0\x9F\x98\x80z";
-  for (std::size_t piece : {std::size_t{1}, std::size_t{3}, sizeof in}) {
+  const ExternalEncoding* utf8 = ExternalEncoding::Unicode20UTF8();
+  const ExternalEncoding* sjis = ExternalEncoding::ShiftJIS();
+  const std::string in = "ab\xC3\xA9\xF0\x9F\x98\x80z";
+  for (std::size_t piece : {std::size_t{1}, std::size_t{3}, in.size()}) {
     Collect out;
-    out.toUnicode = false;
-    Transcoder t(ExternalEncoding::Unicode20UTF8(), ExternalEncoding::ShiftJIS(), Transcoder::kStop, out);
-    const std::size_t n = sizeof in - 1;
-    for (std::size_t at = 0; at < n; at += piece) {
-      if (!t.Put(in + at, std::min(piece, n - at))) break;
-    }
-    t.Finish();
-    EXPECT_EQ(t.GetStatus().problemOffset, 2) << piece;
+    EXPECT_EQ(Transcode(utf8, sjis, in, Transcoder::kStop, piece, out).problemOffset, 2) << piece;
     EXPECT_EQ(out.bytes, "ab");
   }
-  Collect out;
-  out.toUnicode = false;
-  Transcoder t(ExternalEncoding::Unicode20UTF8(), ExternalEncoding::ShiftJIS(), Transcoder::kReplace, out);
-  t.Put("\xFF" "a\xF0\x9F\x98\x80", 6);
-  t.Finish();
   // An ill-formed byte and a character the target lacks: two replacements.
+  Collect out;
+  EXPECT_EQ(Transcode(utf8, sjis, "\xFF" "a\xF0\x9F\x98\x80", Transcoder::kReplace, 6, out).replacements, 2u);
   EXPECT_EQ(out.bytes, "\x1A" "a\x1A");
-  EXPECT_EQ(t.GetStatus().replacements, 2u);
 }
 
 }  // namespace

@@ -51,9 +51,7 @@ TEST(Unicode11Encoding, StreamsConvertThroughTheRowTables) {
   const InternalEncoding& u11 = *InternalEncoding::Unicode11();
   Chunk16Source input({u"A\u3400", u"\u3401"});
   Char16Source* toUnicode = u11.CreateCharSourceToUnicode(input, arena);
-  Collect16 out;
-  out.Put(*toUnicode);
-  EXPECT_EQ(out.text, u"A\uAC00\uAC01");
+  EXPECT_EQ(ReadAll(*toUnicode), u"A\uAC00\uAC01");
   delete toUnicode;
 
   Collect16 sinkOut;
@@ -141,9 +139,7 @@ TEST(BlockExternalEncoding, StreamFactoriesWrapFreshConverters) {
   ChunkSource bytes({"a\x80", "\x41"});
   ExternalEncoding::ToUnicodeSource* decoded = encoding.CreateCharSourceToUnicode(bytes, arena);
   EXPECT_EQ(decoded->ActualInputEncoding(), &encoding);
-  Collect16 units;
-  units.Put(*decoded);
-  EXPECT_EQ(units.text, u"a\u1041");
+  EXPECT_EQ(ReadAll(*decoded), u"a\u1041");
 
   Collect8 encoded;
   Char16Sink* encoder = encoding.CreateCharSinkFromUnicode(encoded, arena);
@@ -152,9 +148,7 @@ TEST(BlockExternalEncoding, StreamFactoriesWrapFreshConverters) {
 
   Chunk16Source wide({u"ok"});
   CharSource* encoderSource = encoding.CreateCharSourceFromUnicode(wide, arena);
-  Collect8 fromSource;
-  fromSource.Put(*encoderSource);
-  EXPECT_EQ(fromSource.text, "ok");
+  EXPECT_EQ(ReadAll(*encoderSource), "ok");
 
   Collect16 sinkUnits;
   CharSink* decoder = encoding.CreateCharSinkToUnicode(sinkUnits, arena);

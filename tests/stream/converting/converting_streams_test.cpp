@@ -25,11 +25,7 @@ struct Decoder {
     source = new CharSource_8_to_16(input, TestEncoding(), converter, Unicode());
   }
   ~Decoder() { delete source; }
-  std::u16string ReadAll() {
-    Collect16 out;
-    out.Put(*source);
-    return out.text;
-  }
+  std::u16string ReadAll() { return testing_streams::ReadAll(*source); }
   ChunkSource input;
   ByteToUnit* converter;  // owned by the source
   CharSource_8_to_16* source;
@@ -116,18 +112,14 @@ TEST(CharSource_16_to_8, UnrepresentableCharactersAreSubstitutedOthersPassedOver
   Chunk16Source input({u"A\uFFFFB", surrogate});
   input.SetBehavior(&behavior);
   CharSource_16_to_8 source(input, Unicode(), new UnitToBytes, TestEncoding());
-  Collect8 out;
-  out.Put(source);
-  EXPECT_EQ(out.text, "A\x1A" "BC\x01\x41");
+  EXPECT_EQ(ReadAll(source), "A\x1A" "BC\x01\x41");
   EXPECT_EQ(behavior.notInRepertoire, 1);
 
   behavior.SetExternalSubstitute("?!");
   Chunk16Source again({u"\uFFFF."});
   again.SetBehavior(&behavior);
   CharSource_16_to_8 second(again, Unicode(), new UnitToBytes, TestEncoding());
-  Collect8 out2;
-  out2.Put(second);
-  EXPECT_EQ(out2.text, "?!.");
+  EXPECT_EQ(ReadAll(second), "?!.");
 }
 
 TEST(CharSink_8_to_16, ProblemsAreReportedAndInsertedTextLandsAtThem) {

@@ -108,9 +108,7 @@ TEST(DirectedProxies, OwnTheirStagesAndSetOneBehaviourOnAll) {
     EXPECT_EQ(&first->Behavior(), &behavior);
     EXPECT_EQ(&second->Behavior(), &behavior);
     EXPECT_EQ(&inner.Behavior(), &behavior);
-    Collect16 out;
-    out.Put(proxy);
-    EXPECT_EQ(out.text, u"abc");
+    EXPECT_EQ(ReadAll(proxy), u"abc");
   }
   EXPECT_EQ(deaths, 2);
   {
@@ -129,9 +127,7 @@ TEST(ToUnicodeProxySource, ForwardsAndNamesItsEncoding) {
     proxy.Director().DeleteFirst(new Stage(deaths));
     ExternalEncoding::ToUnicodeSource& face = proxy;
     EXPECT_EQ(face.ActualInputEncoding(), &TestEncoding());
-    Collect16 out;
-    out.Put(face);
-    EXPECT_EQ(out.text, u"abc");
+    EXPECT_EQ(ReadAll(face), u"abc");
   }
   EXPECT_EQ(deaths, 1);
 }
