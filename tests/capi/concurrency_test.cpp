@@ -6,6 +6,7 @@
 
 #include "tests/fresh_process.h"
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <vector>
@@ -46,6 +47,12 @@ std::u16string ViaClasses(const char* name, const std::string& bytes) {
   return std::u16string(reinterpret_cast<const char16_t*>(wide.data()), wide.size());
 }
 
+std::string Encode(const ExternalEncoding& encoding, const std::u16string& units) {
+  const qz_string bytes(reinterpret_cast<const unsigned short*>(units.data()),
+                        static_cast<qz_string::size_type>(units.size()), encoding);
+  return std::string(bytes.data(), bytes.size());
+}
+
 // In a fresh process: the registrations would change the numbers that other
 // tests of the C interface expect.
 FRESH_PROCESS_TEST(Concurrency, ThreadsConvertingAtOnceGetWhatOneThreadGets) {
@@ -61,12 +68,22 @@ FRESH_PROCESS_TEST(Concurrency, ThreadsConvertingAtOnceGetWhatOneThreadGets) {
     ASSERT_EQ(ViaClasses(job.name, job.bytes), expected.back()) << job.name;
   }
   const int utf8 = VarniceRegisterEncoding("UTF-8");
+  // No text has been written in these yet (registration writes a space):
+  // their first use on several threads at once builds their lookup arrays.
+  const ExternalEncoding* targets[] = {ExternalEncoding::Lookup("CP932"), ExternalEncoding::Lookup("windows-1252")};
 
   constexpr int kThreads = 4;
   std::vector<int> wrong(kThreads, 0);
+  std::vector<std::vector<std::string>> written(kThreads);
+  std::atomic<int> ready{0};
   std::vector<std::thread> threads;
   for (int t = 0; t < kThreads; ++t) {
     threads.emplace_back([&, t] {
+      // All start together, so that the first uses do meet.
+      ready.fetch_add(1);
+      while (ready.load() < kThreads) {
+      }
+      for (const ExternalEncoding* target : targets) written[t].push_back(Encode(*target, expected[0]));
       for (int round = 0; round < 20; ++round) {
         const std::size_t j = (t + round) % jobs.size();
         if (ViaC(numbers[j], jobs[j].bytes) != expected[j]) ++wrong[t];
@@ -79,7 +96,12 @@ FRESH_PROCESS_TEST(Concurrency, ThreadsConvertingAtOnceGetWhatOneThreadGets) {
     });
   }
   for (std::thread& thread : threads) thread.join();
-  for (int t = 0; t < kThreads; ++t) EXPECT_EQ(wrong[t], 0) << "thread " << t;
+  std::vector<std::string> once;
+  for (const ExternalEncoding* target : targets) once.push_back(Encode(*target, expected[0]));
+  for (int t = 0; t < kThreads; ++t) {
+    EXPECT_EQ(wrong[t], 0) << "thread " << t;
+    EXPECT_EQ(written[t], once) << "thread " << t;
+  }
 }
 
 }  // namespace
